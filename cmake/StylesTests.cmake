@@ -1,0 +1,146 @@
+# How test programs are made. One program per folder of tests/, all with the main function of
+# tests/support/Main.cpp.
+include_guard()
+include(GoogleTest)
+
+# styles_add_test_program(<folder> [LIBRARIES <target>...])
+#
+# Makes <folder>_tests of the sources in tests/<folder>, and a ctest of every test in it, named
+# <folder>/<Suite>.<Test> and labelled <folder>. Does nothing while the folder has no tests.
+#
+# Two subfolders are not part of the program:
+#   modules/<Name>.cpp    becomes a shared object with the file name <Name>.dll, in STYLES_TEST_MODULES
+#   programs/<Name>.cpp   becomes a program of that name, in STYLES_TEST_PROGRAMS
+# The tests find both through these macros, and the source tree through STYLES_SOURCE_FOLDER.
+function(styles_add_test_program folder)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
+  styles_test_sources(${folder} sources)
+  if(NOT sources)
+    return()
+  endif()
+
+  set(program ${folder}_tests)
+  add_executable(${program} ${sources} $<TARGET_OBJECTS:test_main>)
+  target_link_libraries(${program} PRIVATE ${arg_LIBRARIES} GTest::gmock)
+  styles_add_test_helpers(${program} ${folder} "${arg_LIBRARIES}")
+  styles_set_up_test_target(${program})
+  gtest_discover_tests(${program}
+    TEST_PREFIX ${folder}/
+    PROPERTIES LABELS ${folder}
+    DISCOVERY_TIMEOUT 120)
+  set_property(GLOBAL APPEND PROPERTY STYLES_TEST_PROGRAMS ${program})
+endfunction()
+
+# The sources of the program of a folder: all but those that become modules, programs and other programs.
+function(styles_test_sources folder out_variable)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${folder}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/${folder}/(border|modules|programs)/")
+  set(${out_variable} ${sources} PARENT_SCOPE)
+endfunction()
+
+# Where tests find their own headers (from tests/) and the files built beside them.
+function(styles_set_up_test_target target)
+  target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_compile_definitions(${target} PRIVATE
+    STYLES_SOURCE_FOLDER="${PROJECT_SOURCE_DIR}"
+    STYLES_TEST_MODULES="${CMAKE_CURRENT_BINARY_DIR}/modules"
+    STYLES_TEST_PROGRAMS="${CMAKE_CURRENT_BINARY_DIR}/programs")
+endfunction()
+
+# Builds the modules and programs of a folder, before the test program that loads or starts them.
+function(styles_add_test_helpers program folder libraries)
+  file(GLOB modules CONFIGURE_DEPENDS ${folder}/modules/*.cpp)
+  foreach(source IN LISTS modules)
+    cmake_path(GET source STEM name)
+    add_library(${folder}_${name} MODULE ${source})
+    set_target_properties(${folder}_${name} PROPERTIES
+      PREFIX "" OUTPUT_NAME ${name} SUFFIX .dll
+      LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/modules)
+    add_dependencies(${program} ${folder}_${name})
+  endforeach()
+
+  file(GLOB programs CONFIGURE_DEPENDS ${folder}/programs/*.cpp)
+  foreach(source IN LISTS programs)
+    cmake_path(GET source STEM name)
+    add_executable(${folder}_${name} ${source})
+    target_link_libraries(${folder}_${name} PRIVATE ${libraries})
+    styles_set_up_test_target(${folder}_${name})
+    set_target_properties(${folder}_${name} PROPERTIES
+      OUTPUT_NAME ${name}
+      RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/programs)
+    add_dependencies(${program} ${folder}_${name})
+  endforeach()
+endfunction()
+
+# styles_add_border_test()
+#
+# Values that cross the border between two shared libraries: the sources of tests/core/border make a second
+# library that hides its symbols, but for those ending in Test.cpp, which make the program border_tests.
+function(styles_add_border_test)
+  file(GLOB sources CONFIGURE_DEPENDS core/border/*.cpp)
+  set(tests ${sources})
+  list(FILTER tests INCLUDE REGEX "Test\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "Test\\.cpp$")
+  if(NOT tests OR NOT sources)
+    return()
+  endif()
+
+  add_library(border SHARED ${sources})
+  set_target_properties(border PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  target_link_libraries(border PUBLIC styles)
+  target_include_directories(border PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+
+  add_executable(border_tests ${tests} $<TARGET_OBJECTS:test_main>)
+  target_link_libraries(border_tests PRIVATE border GTest::gmock)
+  styles_set_up_test_target(border_tests)
+  gtest_discover_tests(border_tests TEST_PREFIX border/ PROPERTIES LABELS border DISCOVERY_TIMEOUT 120)
+endfunction()
+
+# styles_add_fuzz_targets()
+#
+# Every tests/fuzz/Fuzz<Name>.cpp becomes the program Fuzz<Name>. With STYLES_FUZZ it is a fuzzer (script/fuzz);
+# otherwise it replays the inputs kept in tests/fuzz/corpus/Fuzz<Name>/ as a test.
+function(styles_add_fuzz_targets)
+  add_custom_target(fuzz_targets)
+  file(GLOB sources CONFIGURE_DEPENDS fuzz/Fuzz*.cpp)
+  foreach(source IN LISTS sources)
+    cmake_path(GET source STEM program)
+    add_executable(${program} ${source})
+    target_link_libraries(${program} PRIVATE styles)
+    styles_set_up_test_target(${program})
+    add_dependencies(fuzz_targets ${program})
+    if(STYLES_FUZZ)
+      target_link_options(${program} PRIVATE -fsanitize=fuzzer)
+    else()
+      target_sources(${program} PRIVATE fuzz/Replay.cpp)
+      add_test(NAME fuzz/${program} COMMAND ${program} ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/corpus/${program})
+      set_tests_properties(fuzz/${program} PROPERTIES LABELS fuzz)
+    endif()
+  endforeach()
+endfunction()
+
+# styles_add_header_check(<folder>...)
+#
+# Compiles each header under the folders alone, in a source of its own that includes it twice, and links the
+# sources together: a header that leans on another's includes, lacks a guard or lacks an `inline` fails the build.
+function(styles_add_header_check)
+  set(sources)
+  foreach(folder IN LISTS ARGN)
+    file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${folder} ${folder}/*.h)
+    foreach(header IN LISTS headers)
+      set(source ${CMAKE_CURRENT_BINARY_DIR}/headers/${header}.cpp)
+      file(CONFIGURE OUTPUT ${source} CONTENT "#include <${header}>\n#include <${header}> // twice\n")
+      list(APPEND sources ${source})
+    endforeach()
+  endforeach()
+  set(main ${CMAKE_CURRENT_BINARY_DIR}/headers/main.cpp)
+  file(CONFIGURE OUTPUT ${main} CONTENT "int main() { return 0; }\n")
+  add_executable(header_check ${main} ${sources})
+  target_link_libraries(header_check PRIVATE styles)
+endfunction()
+
+# styles_add_script_test(<name> <script> [<argument>...]): a test of the tree itself, written in Python.
+function(styles_add_script_test name script)
+  add_test(NAME ${name} COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/${script} ${ARGN})
+  set_tests_properties(${name} PROPERTIES LABELS house)
+endfunction()
