@@ -1,0 +1,462 @@
+#pragma once
+
+/// The string that everything is named with: one pointer wide, its text shared between copies and copied only when
+/// one of them changes. Copies may be used from different threads; one object belongs to one thread at a time.
+
+#include "VelPlatform/VelApi.h"
+
+#include <atomic>
+#include <compare>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <initializer_list>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+namespace VelPlatform
+{
+
+template <class CharT>
+using VelStringViewT = std::basic_string_view<CharT>;
+
+/// How Compare() looks at letters.
+enum class CaseMode
+{
+    Sensitive,
+    Insensitive
+};
+
+template <class CharT>
+class VelStringT;
+
+namespace Detail
+{
+
+/// What stands in memory before the characters of a text. The capacity leaves the closing zero out.
+struct StringHeader
+{
+    std::atomic<std::size_t> references;
+    std::size_t size;
+    std::size_t capacity;
+};
+
+/// One value handed to VelStringT::Format.
+template <class CharT>
+struct FormatArgument
+{
+    enum class Kind
+    {
+        Text,
+        Signed,
+        Unsigned,
+        Real
+    };
+
+    FormatArgument(VelStringViewT<CharT> value) noexcept : kind(Kind::Text), text(value) {}
+    FormatArgument(const VelStringT<CharT>& value) noexcept : kind(Kind::Text), text(value) {}
+    FormatArgument(const CharT* value) noexcept
+        : kind(Kind::Text), text(value ? VelStringViewT<CharT>(value) : VelStringViewT<CharT>())
+    {}
+    FormatArgument(double value) noexcept : kind(Kind::Real), real(value) {}
+    template <std::integral Number>
+    FormatArgument(Number value) noexcept
+        : kind(std::is_signed_v<Number> ? Kind::Signed : Kind::Unsigned), integer(static_cast<std::uint64_t>(value))
+    {}
+
+    Kind kind;
+    VelStringViewT<CharT> text;
+    std::uint64_t integer = 0;
+    double real = 0;
+};
+
+VEL_API int CompareFolded(VelStringViewT<wchar_t> left, VelStringViewT<wchar_t> right) noexcept;
+VEL_API int CompareFolded(VelStringViewT<char> left, VelStringViewT<char> right) noexcept;
+VEL_API VelStringViewT<wchar_t> Trimmed(VelStringViewT<wchar_t> text) noexcept;
+VEL_API VelStringViewT<char> Trimmed(VelStringViewT<char> text) noexcept;
+VEL_API VelStringT<wchar_t> FormatText(VelStringViewT<wchar_t> pattern,
+                                       std::initializer_list<FormatArgument<wchar_t>> arguments);
+VEL_API VelStringT<char> FormatText(VelStringViewT<char> pattern,
+                                    std::initializer_list<FormatArgument<char>> arguments);
+
+/// Orders by unsigned code unit: below, equal to or above zero.
+template <class CharT>
+int CompareUnits(VelStringViewT<CharT> left, VelStringViewT<CharT> right) noexcept
+{
+    const std::size_t common = left.size() < right.size() ? left.size() : right.size();
+    if constexpr (sizeof(CharT) == 1)
+    {
+        const int order = common == 0 ? 0 : std::memcmp(left.data(), right.data(), common);
+        if (order != 0)
+        {
+            return order;
+        }
+    }
+    else
+    {
+        using Unit = std::make_unsigned_t<CharT>;
+        for (std::size_t i = 0; i < common; ++i)
+        {
+            if (left[i] != right[i])
+            {
+                return static_cast<Unit>(left[i]) < static_cast<Unit>(right[i]) ? -1 : 1;
+            }
+        }
+    }
+    return static_cast<int>(left.size() > common) - static_cast<int>(right.size() > common);
+}
+
+template <class CharT>
+bool SameUnits(VelStringViewT<CharT> left, VelStringViewT<CharT> right) noexcept
+{
+    return left.size() == right.size() &&
+           (left.empty() || std::memcmp(left.data(), right.data(), left.size() * sizeof(CharT)) == 0);
+}
+
+template <class CharT>
+VelStringViewT<CharT> ViewOf(const CharT* zeroTerminated) noexcept
+{
+    return zeroTerminated ? VelStringViewT<CharT>(zeroTerminated) : VelStringViewT<CharT>();
+}
+
+} // namespace Detail
+
+/// A text of any length; zeros inside count like any other character. An empty string owns no memory. An object may
+/// be moved in memory by copying its bytes. Operations that need memory throw std::bad_alloc, or std::length_error
+/// for a text that no memory could hold, and leave every string as it was. A null `const CharT*` is the empty text.
+/// Arguments may point into the string that is being changed.
+template <class CharT>
+class VEL_VISIBLE VelStringT
+{
+public:
+    using value_type = CharT;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_iterator = const CharT*;
+    using iterator = const_iterator;
+    using View = VelStringViewT<CharT>;
+
+    constexpr VelStringT() noexcept = default;
+    VelStringT(const CharT* zeroTerminated) : VelStringT(Detail::ViewOf(zeroTerminated)) {}
+    VelStringT(const CharT* text, std::size_t size) : VelStringT(text ? View(text, size) : View()) {}
+    explicit VelStringT(View text) : m_text(text.empty() ? nullptr : Allocate(text.size()))
+    {
+        if (m_text)
+        {
+            std::memcpy(m_text, text.data(), text.size() * sizeof(CharT));
+            SetSize(text.size());
+        }
+    }
+
+    VelStringT(const VelStringT& other) noexcept : m_text(other.m_text)
+    {
+        if (m_text)
+        {
+            Header()->references.fetch_add(1, std::memory_order_relaxed);
+        }
+    }
+    VelStringT(VelStringT&& other) noexcept : m_text(std::exchange(other.m_text, nullptr)) {}
+    ~VelStringT() { Release(); }
+
+    VelStringT& operator=(const VelStringT& other) noexcept
+    {
+        VelStringT copy(other);
+        swap(copy);
+        return *this;
+    }
+    VelStringT& operator=(VelStringT&& other) noexcept
+    {
+        VelStringT taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+
+    operator View() const noexcept { return m_text ? View(m_text, Header()->size) : View(c_str(), 0); }
+
+    /// Ends in a zero; good until this object changes or dies.
+    const CharT* c_str() const noexcept { return m_text ? m_text : &s_zero; }
+    const CharT* data() const noexcept { return c_str(); }
+    /// In code units.
+    std::size_t size() const noexcept { return m_text ? Header()->size : 0; }
+    bool empty() const noexcept { return size() == 0; }
+    /// `index` may be size(), where the closing zero stands.
+    const CharT& operator[](std::size_t index) const noexcept { return c_str()[index]; }
+    const CharT* begin() const noexcept { return c_str(); }
+    const CharT* end() const noexcept { return c_str() + size(); }
+
+    /// The same text without an object's memory of its own growing: what fits before a reallocation.
+    std::size_t capacity() const noexcept { return m_text ? Header()->capacity : 0; }
+    /// Makes room for a text of `capacity` units, so that appending up to it needs no memory.
+    void reserve(std::size_t capacity)
+    {
+        if (capacity > 0 && (!IsUnique() || capacity > Header()->capacity))
+        {
+            Reallocate(capacity > size() ? capacity : size());
+        }
+    }
+    void clear() noexcept
+    {
+        Release();
+        m_text = nullptr;
+    }
+    /// Cuts the text to its first `size` units; a longer `size` changes nothing.
+    void Truncate(std::size_t size)
+    {
+        if (size >= this->size())
+        {
+            return;
+        }
+        if (IsUnique())
+        {
+            SetSize(size);
+        }
+        else
+        {
+            *this = VelStringT(m_text, size);
+        }
+    }
+    void push_back(CharT unit) { append(&unit, 1); }
+    VelStringT& append(const CharT* text, std::size_t size);
+    void swap(VelStringT& other) noexcept { std::swap(m_text, other.m_text); }
+
+    VelStringT& operator+=(const VelStringT& other)
+    {
+        return empty() && !IsUnique() ? *this = other : append(other.c_str(), other.size());
+    }
+    VelStringT& operator+=(View other) { return append(other.data(), other.size()); }
+    VelStringT& operator+=(const CharT* other) { return *this += Detail::ViewOf(other); }
+    VelStringT& operator+=(CharT unit) { return append(&unit, 1); }
+
+    /// Below, equal to or above zero. The sensitive mode orders by unsigned code unit.
+    int Compare(View other, CaseMode mode = CaseMode::Sensitive) const noexcept
+    {
+        return mode == CaseMode::Sensitive ? Detail::CompareUnits<CharT>(*this, other) : CompareNoCase(other);
+    }
+    /// Compares the texts under Unicode's simple case folding, code point by code point: the same on every system and
+    /// in every locale. Of narrow strings the text is UTF-8.
+    int CompareNoCase(View other) const noexcept { return Detail::CompareFolded(*this, other); }
+
+    /// Takes the white space of Unicode off both ends. Needs memory only when the text is shared.
+    VelStringT& Trim();
+
+    /// The pattern with the arguments, in their order, in place of every "{}"; "{{" and "}}" stand for one brace.
+    /// Arguments are texts, integers (decimal, a character type is its number) and doubles (the shortest text that
+    /// reads back to the same value); the locale plays no part. Throws std::invalid_argument when the braces do not
+    /// fit the number of arguments.
+    template <class... Arguments>
+    static VelStringT Format(View pattern, const Arguments&... arguments)
+    {
+        return Detail::FormatText(pattern, {Detail::FormatArgument<CharT>(arguments)...});
+    }
+
+    /// A text of `size` units that `fill(CharT* units)` writes, all of them. What `fill` throws passes through.
+    template <class Fill>
+    static VelStringT Make(std::size_t size, Fill&& fill)
+    {
+        VelStringT made;
+        if (size > 0)
+        {
+            made.m_text = Allocate(size);
+            made.SetSize(0);
+            fill(made.m_text);
+            made.SetSize(size);
+        }
+        return made;
+    }
+
+    friend VelStringT operator+(VelStringT left, const VelStringT& right)
+    {
+        left += right;
+        return left;
+    }
+    friend VelStringT operator+(VelStringT left, View right)
+    {
+        left += right;
+        return left;
+    }
+    friend VelStringT operator+(VelStringT left, const CharT* right)
+    {
+        left += right;
+        return left;
+    }
+    friend VelStringT operator+(VelStringT left, CharT right)
+    {
+        left += right;
+        return left;
+    }
+    friend VelStringT operator+(View left, const VelStringT& right) { return Join(left, right); }
+    friend VelStringT operator+(const CharT* left, const VelStringT& right)
+    {
+        return Join(Detail::ViewOf(left), right);
+    }
+
+    friend bool operator==(const VelStringT& left, const VelStringT& right) noexcept
+    {
+        return left.m_text == right.m_text || Detail::SameUnits<CharT>(left, right);
+    }
+    friend bool operator==(const VelStringT& left, View right) noexcept
+    {
+        return Detail::SameUnits<CharT>(left, right);
+    }
+    friend bool operator==(const VelStringT& left, const CharT* right) noexcept
+    {
+        return Detail::SameUnits<CharT>(left, Detail::ViewOf(right));
+    }
+    friend std::strong_ordering operator<=>(const VelStringT& left, const VelStringT& right) noexcept
+    {
+        return left.Compare(right) <=> 0;
+    }
+    friend std::strong_ordering operator<=>(const VelStringT& left, View right) noexcept
+    {
+        return left.Compare(right) <=> 0;
+    }
+    friend std::strong_ordering operator<=>(const VelStringT& left, const CharT* right) noexcept
+    {
+        return left.Compare(Detail::ViewOf(right)) <=> 0;
+    }
+
+private:
+    static constexpr CharT s_zero{};
+    static constexpr std::size_t kMaxSize =
+        (static_cast<std::size_t>(PTRDIFF_MAX) - sizeof(Detail::StringHeader)) / sizeof(CharT) - 1;
+
+    static CharT* Allocate(std::size_t capacity)
+    {
+        if (capacity > kMaxSize)
+        {
+            throw std::length_error("VelStringT: text too long");
+        }
+        void* memory = ::operator new(sizeof(Detail::StringHeader) + (capacity + 1) * sizeof(CharT));
+        new (memory) Detail::StringHeader{{1}, 0, capacity};
+        return reinterpret_cast<CharT*>(static_cast<unsigned char*>(memory) + sizeof(Detail::StringHeader));
+    }
+    Detail::StringHeader* Header() const noexcept
+    {
+        return reinterpret_cast<Detail::StringHeader*>(reinterpret_cast<unsigned char*>(m_text) -
+                                                       sizeof(Detail::StringHeader));
+    }
+    bool IsUnique() const noexcept { return m_text && Header()->references.load(std::memory_order_acquire) == 1; }
+    void SetSize(std::size_t size) noexcept
+    {
+        Header()->size = size;
+        m_text[size] = CharT{};
+    }
+    void Release() noexcept
+    {
+        // The last owner needs no atomic subtraction: nobody else can be copying.
+        if (m_text && (Header()->references.load(std::memory_order_acquire) == 1 ||
+                       Header()->references.fetch_sub(1, std::memory_order_acq_rel) == 1))
+        {
+            Header()->~StringHeader();
+            ::operator delete(Header());
+        }
+    }
+    void Reallocate(std::size_t capacity)
+    {
+        VelStringT grown;
+        grown.m_text = Allocate(capacity);
+        const std::size_t kept = size();
+        std::memcpy(grown.m_text, c_str(), kept * sizeof(CharT));
+        grown.SetSize(kept);
+        swap(grown);
+    }
+    static VelStringT Join(View left, View right)
+    {
+        VelStringT joined;
+        joined.reserve(left.size() + right.size());
+        return joined.append(left.data(), left.size()).append(right.data(), right.size());
+    }
+
+    CharT* m_text = nullptr; // null is the empty text; the header stands before the characters
+};
+
+template <class CharT>
+VelStringT<CharT>& VelStringT<CharT>::append(const CharT* text, std::size_t size)
+{
+    if (size == 0)
+    {
+        return *this;
+    }
+    const std::size_t old = this->size();
+    if (size > kMaxSize - old)
+    {
+        throw std::length_error("VelStringT: text too long");
+    }
+    const bool unique = IsUnique();
+    if (unique && old + size <= Header()->capacity)
+    {
+        std::memmove(m_text + old, text, size * sizeof(CharT));
+        SetSize(old + size);
+        return *this;
+    }
+    std::size_t capacity = old + size;
+    if (unique && capacity < old + old / 2)
+    {
+        capacity = old + old / 2;
+    }
+    VelStringT grown; // the old text stays until `text`, which may lie in it, is copied
+    grown.m_text = Allocate(capacity);
+    std::memcpy(grown.m_text, c_str(), old * sizeof(CharT));
+    std::memcpy(grown.m_text + old, text, size * sizeof(CharT));
+    grown.SetSize(old + size);
+    swap(grown);
+    return *this;
+}
+
+template <class CharT>
+VelStringT<CharT>& VelStringT<CharT>::Trim()
+{
+    const View kept = Detail::Trimmed(*this);
+    if (kept.empty())
+    {
+        clear();
+    }
+    else if (kept.size() != size())
+    {
+        if (IsUnique())
+        {
+            std::memmove(m_text, kept.data(), kept.size() * sizeof(CharT));
+            SetSize(kept.size());
+        }
+        else
+        {
+            *this = VelStringT(kept);
+        }
+    }
+    return *this;
+}
+
+using VelString = VelStringT<wchar_t>;
+using VelStringA = VelStringT<char>;
+using VelStringView = VelStringViewT<wchar_t>;
+using VelStringViewA = VelStringViewT<char>;
+
+static_assert(sizeof(VelString) == sizeof(void*) && std::is_standard_layout_v<VelString>,
+              "a string is one pointer and may be moved by copying its bytes");
+
+/// Wide text from UTF-8. Every malformed sequence (its maximal subpart) becomes one U+FFFD.
+VEL_API VelString ToWide(VelStringViewA utf8);
+/// The same, but false for malformed text, `wide` being left as it was.
+VEL_API bool TryToWide(VelStringViewA utf8, VelString& wide);
+/// UTF-8 from wide text. Lone surrogates and units above U+10FFFF become U+FFFD each. Where wchar_t has 4 bytes every
+/// surrogate is a lone one, also beside its other half.
+VEL_API VelStringA ToNarrow(VelStringView wide);
+/// The same, but false for text that cannot be encoded, `utf8` being left as it was.
+VEL_API bool TryToNarrow(VelStringView wide, VelStringA& utf8);
+
+} // namespace VelPlatform
+
+template <class CharT>
+struct std::hash<VelPlatform::VelStringT<CharT>>
+{
+    std::size_t operator()(const VelPlatform::VelStringT<CharT>& text) const noexcept
+    {
+        return std::hash<VelPlatform::VelStringViewT<CharT>>()(text);
+    }
+};

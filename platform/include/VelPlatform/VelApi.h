@@ -1,0 +1,22 @@
+#pragma once
+
+/// Marks what the platform library exports: VEL_API for functions, objects and classes that are compiled into the
+/// library, VEL_VISIBLE for class templates that live wholly in their header, so that every module of a process
+/// means the same type. A static library defines VEL_STATIC; the library itself is compiled with VEL_BUILDING.
+#if defined(VEL_STATIC)
+#    define VEL_API
+#elif defined(_WIN32)
+#    if defined(VEL_BUILDING)
+#        define VEL_API __declspec(dllexport)
+#    else
+#        define VEL_API __declspec(dllimport)
+#    endif
+#else
+#    define VEL_API __attribute__((visibility("default")))
+#endif
+
+#if defined(_WIN32)
+#    define VEL_VISIBLE
+#else
+#    define VEL_VISIBLE __attribute__((visibility("default")))
+#endif
