@@ -139,8 +139,51 @@ function(styles_add_header_check)
   target_link_libraries(header_check PRIVATE styles)
 endfunction()
 
-# styles_add_script_test(<name> <script> [<argument>...]): a test of the tree itself, written in Python.
-function(styles_add_script_test name script)
-  add_test(NAME ${name} COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/${script} ${ARGN})
-  set_tests_properties(${name} PROPERTIES LABELS house)
+# styles_add_house_tests()
+#
+# Tests of the tree itself, in Python, and the program of README.md, taken out of the page and compiled.
+function(styles_add_house_tests)
+  foreach(script IN ITEMS include_order kept_behaviour words)
+    add_test(NAME house/${script} COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/house/${script}.py)
+    set_tests_properties(house/${script} PROPERTIES LABELS house)
+  endforeach()
+
+  if(NOT EXISTS ${PROJECT_SOURCE_DIR}/include/styles/Styles.h)
+    return()
+  endif()
+  set(page ${PROJECT_SOURCE_DIR}/README.md)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${page})
+  file(READ ${page} text)
+  if(NOT text MATCHES "```cpp\n([^`]*)```")
+    message(FATAL_ERROR "README.md has no program")
+  endif()
+  set(source ${CMAKE_CURRENT_BINARY_DIR}/readme_example.cpp)
+  file(CONFIGURE OUTPUT ${source} CONTENT "${CMAKE_MATCH_1}" @ONLY)
+  add_executable(readme_example ${source})
+  target_link_libraries(readme_example PRIVATE styles::styles)
+  add_test(NAME house/readme_example
+    COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/house/readme_example.py $<TARGET_FILE:readme_example>)
+
+  set_tests_properties(house/readme_example PROPERTIES LABELS house)
+endfunction()
+
+# styles_add_package_tests()
+#
+# The library as another project uses it, tests/package: installed as it was built, and in optimised builds also as
+# static libraries and as a part of the other project.
+function(styles_add_package_tests)
+  set(modes installed)
+  if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    list(APPEND modes static subfolder)
+  endif()
+  string(TOUPPER "${CMAKE_BUILD_TYPE}" configuration)
+  foreach(mode IN LISTS modes)
+    add_test(NAME package/${mode}
+      COMMAND ${CMAKE_COMMAND}
+        -D SOURCE=${PROJECT_SOURCE_DIR} -D BUILD=${PROJECT_BINARY_DIR} -D WORK=${CMAKE_CURRENT_BINARY_DIR}/package/${mode}
+        -D MODE=${mode} -D COMPILER=${CMAKE_CXX_COMPILER}
+        "-DFLAGS=${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${configuration}}"
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/package/RunPackageTest.cmake)
+    set_tests_properties(package/${mode} PROPERTIES LABELS package TIMEOUT 600 RUN_SERIAL ON)
+  endforeach()
 endfunction()

@@ -1,0 +1,59 @@
+# Uses the library as another project would, and fails where that does not work.
+#
+#   cmake -D SOURCE=<tree> -D WORK=<folder> -D MODE=<mode> [-D BUILD=<folder>] -D COMPILER=... -D FLAGS=...
+#         -P RunPackageTest.cmake
+#
+#   installed   installs the build in BUILD and finds the package, after its folder has been moved
+#   static      builds and installs the library as static libraries first
+#   subfolder   configures the sources as a part of the other project
+foreach(variable IN ITEMS SOURCE WORK MODE COMPILER)
+  if(NOT ${variable})
+    message(FATAL_ERROR "RunPackageTest.cmake needs ${variable}")
+  endif()
+endforeach()
+
+function(run)
+  execute_process(COMMAND ${ARGV} COMMAND_ECHO STDOUT RESULT_VARIABLE status)
+  if(NOT status EQUAL 0)
+    list(JOIN ARGV " " command)
+    message(FATAL_ERROR "failed (${status}): ${command}")
+  endif()
+endfunction()
+
+set(options -G Ninja -D CMAKE_BUILD_TYPE=Release -D CMAKE_CXX_COMPILER=${COMPILER} "-DCMAKE_CXX_FLAGS=${FLAGS}")
+file(REMOVE_RECURSE ${WORK})
+
+if(MODE STREQUAL "subfolder")
+  run(${CMAKE_COMMAND} -S ${SOURCE}/tests/package -B ${WORK}/build ${options} -D STYLES_SOURCE_FOLDER=${SOURCE})
+  return()
+endif()
+
+if(MODE STREQUAL "static")
+  set(BUILD ${WORK}/library)
+  run(${CMAKE_COMMAND} -S ${SOURCE} -B ${BUILD} ${options} -D BUILD_SHARED_LIBS=OFF
+    -D STYLES_BUILD_TESTS=OFF -D STYLES_BUILD_EXAMPLES=OFF -D STYLES_BUILD_BENCHMARKS=OFF)
+  run(${CMAKE_COMMAND} --build ${BUILD} --parallel 2)
+endif()
+
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/first)
+file(RENAME ${WORK}/first ${WORK}/prefix)
+
+# What is private stays private: neither the package files nor the headers know the JSON library or the place
+# where the library was built.
+file(GLOB_RECURSE installed ${WORK}/prefix/*.cmake ${WORK}/prefix/*.h)
+if(NOT installed)
+  message(FATAL_ERROR "nothing was installed")
+endif()
+foreach(file IN LISTS installed)
+  file(READ ${file} text)
+  foreach(secret IN ITEMS nlohmann ${SOURCE} ${WORK}/first)
+    string(FIND "${text}" ${secret} position)
+    if(NOT position EQUAL -1)
+      message(FATAL_ERROR "${file} mentions ${secret}")
+    endif()
+  endforeach()
+endforeach()
+
+run(${CMAKE_COMMAND} -S ${SOURCE}/tests/package -B ${WORK}/build ${options} -D CMAKE_PREFIX_PATH=${WORK}/prefix)
+run(${CMAKE_COMMAND} --build ${WORK}/build --parallel 2)
+run(${CMAKE_CTEST_COMMAND} --test-dir ${WORK}/build --output-on-failure --no-tests=error)
