@@ -144,7 +144,7 @@ endfunction()
 # Tests of the tree itself, in Python, and the program of README.md, taken out of the page and compiled.
 function(styles_add_house_tests)
   foreach(script IN ITEMS include_order kept_behaviour words)
-    add_test(NAME house/${script} COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/house/${script}.py)
+    add_test(NAME house/${script} COMMAND Python3::Interpreter -B ${CMAKE_CURRENT_SOURCE_DIR}/house/${script}.py)
     set_tests_properties(house/${script} PROPERTIES LABELS house)
   endforeach()
 
@@ -162,7 +162,7 @@ function(styles_add_house_tests)
   add_executable(readme_example ${source})
   target_link_libraries(readme_example PRIVATE styles::styles)
   add_test(NAME house/readme_example
-    COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/house/readme_example.py $<TARGET_FILE:readme_example>)
+    COMMAND Python3::Interpreter -B ${CMAKE_CURRENT_SOURCE_DIR}/house/readme_example.py $<TARGET_FILE:readme_example>)
 
   set_tests_properties(house/readme_example PROPERTIES LABELS house)
 endfunction()
