@@ -1,0 +1,76 @@
+#pragma once
+
+/// A view of elements, usually pointers, that knows whether they are sorted by address, so that asking for one of
+/// them can be a binary search.
+
+#include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <span>
+#include <type_traits>
+#include <utility>
+
+namespace VelUtils
+{
+
+template <class T>
+class maybe_sorted_span;
+
+namespace Detail
+{
+
+template <class T>
+inline constexpr bool isMaybeSortedSpan = false;
+template <class T>
+inline constexpr bool isMaybeSortedSpan<maybe_sorted_span<T>> = true;
+
+} // namespace Detail
+
+/// Owns nothing; the elements must outlive it. Copying copies the view.
+template <class T>
+class maybe_sorted_span
+{
+public:
+    using element_type = T;
+    using value_type = std::remove_cv_t<T>;
+    using iterator = T*;
+
+    constexpr maybe_sorted_span() noexcept = default;
+
+    /// From a span or anything that becomes one. `sorted` promises that the elements are in the order of std::less;
+    /// the promise is not checked, and when it is broken contains() may miss elements.
+    template <class Source>
+    requires(!Detail::isMaybeSortedSpan<std::remove_cvref_t<Source>> &&
+             std::is_convertible_v<Source, std::span<T>>) constexpr maybe_sorted_span(Source&& source,
+                                                                                      bool sorted = false)
+        : m_elements(std::forward<Source>(source)), m_sorted(sorted)
+    {}
+
+    /// From a view of elements that are less const; it stays as sorted as it was.
+    template <class U>
+    requires(!std::is_same_v<U, T> && std::is_convertible_v<std::span<U>, std::span<T>>) constexpr maybe_sorted_span(
+        const maybe_sorted_span<U>& other) noexcept
+        : m_elements(std::span<U>(other.data(), other.size())), m_sorted(other.is_sorted())
+    {}
+
+    constexpr T* begin() const noexcept { return data(); }
+    constexpr T* end() const noexcept { return data() + size(); }
+    constexpr T* data() const noexcept { return m_elements.data(); }
+    constexpr std::size_t size() const noexcept { return m_elements.size(); }
+    constexpr bool empty() const noexcept { return m_elements.empty(); }
+    constexpr bool is_sorted() const noexcept { return m_sorted; }
+
+    /// Whether an element equals `wanted`: a binary search when sorted, else a look at one after the other.
+    template <class Wanted>
+    constexpr bool contains(const Wanted& wanted) const
+    {
+        return m_sorted ? std::binary_search(begin(), end(), wanted, std::less<>())
+                        : std::find(begin(), end(), wanted) != end();
+    }
+
+private:
+    std::span<T> m_elements;
+    bool m_sorted = false;
+};
+
+} // namespace VelUtils
