@@ -22,15 +22,15 @@ def comments():
     for name in tree.files(".h", ".cpp", under=("include/", "src/", "platform/", "examples/")):
         lines = tree.read(name).split("\n")
         for number, line in enumerate(lines):
-            if not re.search(r"//+ KEPT\b", line):
+            if not re.search(r"//+ ?KEPT\b", line):
                 continue
-            if not re.search(r"//+ KEPT: \S", line):
+            if not re.search(r"// KEPT: \S|/// KEPT: \S", line):
                 yield name, number + 1, None
                 continue
             # The comment goes on as long as lines do that are comments and not the next one of its kind.
             block = [line]
             for following in lines[number + 1:]:
-                if not re.match(r"\s*//", following) or re.search(r"//+ KEPT\b", following):
+                if not re.match(r"\s*//", following) or re.search(r"//+ ?KEPT\b", following):
                     break
                 block.append(following)
             text = " ".join(re.sub(r"^.*?//+<? ?", "", part) for part in block)
