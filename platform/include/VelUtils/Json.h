@@ -7,15 +7,14 @@
 /// Threads: as with the standard containers, any number of threads may read a value, or one may change it.
 #pragma once
 
-#include <VelPlatform/String.h>
-#include <VelPlatform/VelApi.h>
+#include "VelPlatform/String.h"
+#include "VelPlatform/VelApi.h"
 
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <string_view>
 #include <type_traits>
 #include <typeinfo>
 #include <utility>
@@ -27,8 +26,14 @@ namespace VelUtils::Json
 
 using VelPlatform::VelString;
 using VelPlatform::VelStringA;
+using VelPlatform::VelStringView;
 
 class Variant;
+
+namespace Detail
+{
+class Dismantler;
+} // namespace Detail
 
 /// The JSON value null.
 enum class NullType
@@ -63,7 +68,9 @@ public:
     friend VEL_API bool operator==(const Array& left, const Array& right) noexcept;
 
 private:
-    std::vector<Variant> values;
+    friend class Detail::Dismantler;
+
+    std::vector<Variant> m_values;
 };
 
 /// The members of a JSON object, in the order in which they were added; no two have the same name.
@@ -103,14 +110,16 @@ public:
     friend VEL_API bool operator==(const Object& left, const Object& right) noexcept;
 
 private:
-    struct Member;
-    using Index = std::map<std::wstring_view, std::size_t>; // the names are those of the members
+    friend class Detail::Dismantler;
 
-    const Member* Find(std::wstring_view name) const noexcept;
+    struct Member;
+    using Index = std::map<VelStringView, std::size_t>; // the names are those of the members
+
+    const Member* Find(VelStringView name) const noexcept;
     void BuildIndex();
 
-    std::vector<Member> members;
-    std::unique_ptr<Index> index; // null while there are few members
+    std::vector<Member> m_members;
+    std::unique_ptr<Index> m_index; // null while there are few members
 };
 
 namespace Detail
@@ -140,14 +149,14 @@ public:
     template <class T>
     requires ValueType<std::remove_cvref_t<T>> Variant(T&& value)
     noexcept(std::is_nothrow_constructible_v<std::remove_cvref_t<T>, T>)
-        : held(std::in_place_type<std::remove_cvref_t<T>>, std::forward<T>(value))
+        : m_held(std::in_place_type<std::remove_cvref_t<T>>, std::forward<T>(value))
     {}
 
     /// Whether a value of this type is held.
     template <ValueType T>
     bool Is() const noexcept
     {
-        return std::holds_alternative<T>(held);
+        return std::holds_alternative<T>(m_held);
     }
 
     /// The value that is held; std::bad_cast when it is of another type.
@@ -172,20 +181,20 @@ public:
     template <ValueType T>
     const T* GetIf() const noexcept
     {
-        return std::get_if<T>(&held);
+        return std::get_if<T>(&m_held);
     }
 
     /// @copydoc GetIf
     template <ValueType T>
     T* GetIf() noexcept
     {
-        return std::get_if<T>(&held);
+        return std::get_if<T>(&m_held);
     }
 
-    friend bool operator==(const Variant& left, const Variant& right) noexcept { return left.held == right.held; }
+    friend bool operator==(const Variant& left, const Variant& right) noexcept { return left.m_held == right.m_held; }
 
 private:
-    std::variant<NullType, VelString, Object, std::int64_t, std::uint64_t, double, bool, Array, VelStringA> held;
+    std::variant<NullType, VelString, Object, std::int64_t, std::uint64_t, double, bool, Array, VelStringA> m_held;
 };
 
 // A holder of any value keeps what is larger than a pointer by its address; these two are meant to be kept so.

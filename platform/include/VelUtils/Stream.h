@@ -2,8 +2,8 @@
 /// Handles on byte streams: files that are replaced as a whole or not at all, and memory.
 #pragma once
 
-#include <VelPlatform/String.h>
-#include <VelPlatform/VelApi.h>
+#include "VelPlatform/String.h"
+#include "VelPlatform/VelApi.h"
 
 #include <cstddef>
 #include <memory>
@@ -71,7 +71,7 @@ public:
     /// Gives up what was written, for all handles: a file is as it was. Does nothing to a closed stream.
     void GiveUp() noexcept;
 
-    /// Whether something was refused: a read, a write, the closing. The end of the stream is no failure.
+    /// Whether the stream was given up or failed: in a read, a write, the closing. Its end is no failure.
     bool Failed() const noexcept;
 
 private:
@@ -79,8 +79,8 @@ private:
 
     void Release() noexcept;
 
-    std::shared_ptr<State> state;
-    int exceptionsPassing; // when this handle got its stream
+    std::shared_ptr<State> m_state;
+    int m_exceptionsPassing; // when this handle got its stream
 };
 
 /// Streams on files.
@@ -122,7 +122,7 @@ public:
 private:
     explicit MemoryStream(std::shared_ptr<std::string> bytes);
 
-    std::shared_ptr<std::string> bytes;
+    std::shared_ptr<std::string> m_bytes;
 };
 
 } // namespace VelUtils

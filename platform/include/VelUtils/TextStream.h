@@ -2,9 +2,9 @@
 /// Text on byte streams: the encodings, a reader and a writer.
 #pragma once
 
-#include <VelPlatform/String.h>
-#include <VelPlatform/VelApi.h>
-#include <VelUtils/Stream.h>
+#include "VelPlatform/String.h"
+#include "VelPlatform/VelApi.h"
+#include "VelUtils/Stream.h"
 
 namespace VelUtils
 {
@@ -39,9 +39,9 @@ public:
     bool Failed() const noexcept;
 
 private:
-    Stream stream;
-    TextStream::Encoding encoding;
-    bool failed = false;
+    Stream m_stream;
+    TextStream::Encoding m_encoding;
+    bool m_failed = false;
 };
 
 /// Writes text to a stream. It holds a handle on the stream, not more.
@@ -57,9 +57,9 @@ public:
     bool Write(const VelString& text);
 
 private:
-    Stream stream;
-    TextStream::Encoding encoding;
-    bool markPending;
+    Stream m_stream;
+    TextStream::Encoding m_encoding;
+    bool m_markPending;
 };
 
 } // namespace VelUtils

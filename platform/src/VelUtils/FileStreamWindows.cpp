@@ -1,0 +1,207 @@
+#ifdef _WIN32
+
+#    define NOMINMAX
+#    define WIN32_LEAN_AND_MEAN
+#    include "FileNames.h"
+#    include "VelPlatform/Unicode.h"
+#    include "VelUtils/Stream.h"
+
+#    include <algorithm>
+#    include <cwchar>
+#    include <windows.h>
+
+namespace VelUtils
+{
+
+namespace
+{
+
+constexpr DWORD kLargestStep = 1 << 20;
+
+/// Owns a file handle.
+class File
+{
+public:
+    explicit File(HANDLE handle = INVALID_HANDLE_VALUE) noexcept : m_handle(handle) {}
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+    ~File() { Close(); }
+
+    bool Close() noexcept
+    {
+        const bool closed = m_handle == INVALID_HANDLE_VALUE || CloseHandle(m_handle) != 0;
+        m_handle = INVALID_HANDLE_VALUE;
+        return closed;
+    }
+    void Open(HANDLE handle) noexcept { m_handle = handle; }
+    HANDLE Get() const noexcept { return m_handle; }
+    explicit operator bool() const noexcept { return m_handle != INVALID_HANDLE_VALUE; }
+
+private:
+    HANDLE m_handle;
+};
+
+bool IsSystemPath(const VelString& path)
+{
+    return !path.empty() && std::wcslen(path.c_str()) == path.size();
+}
+
+class FileReader final : public Stream::Device
+{
+public:
+    explicit FileReader(HANDLE file) : m_file(file) {}
+
+    bool Read(void* target, std::size_t size, std::size_t& read) override
+    {
+        DWORD got = 0;
+        const bool done = ReadFile(m_file.Get(), target, static_cast<DWORD>(std::min<std::size_t>(size, kLargestStep)),
+                                   &got, nullptr) != 0;
+        read = got;
+        return done;
+    }
+    bool Write(const void*, std::size_t) override { return false; }
+    bool Commit() override { return true; }
+
+private:
+    File m_file;
+};
+
+/// The file at the end of the links of a path, when there is one.
+std::wstring ResolveLinks(const VelString& path)
+{
+    std::wstring resolved(path.c_str(), path.size());
+    const File file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                OPEN_EXISTING, 0, nullptr));
+    const DWORD size = file ? GetFinalPathNameByHandleW(file.Get(), nullptr, 0, 0) : 0;
+    if (size > 0)
+    {
+        std::wstring name(size, L'\0');
+        const DWORD written = GetFinalPathNameByHandleW(file.Get(), name.data(), size, 0);
+        if (written > 0 && written < size)
+        {
+            name.resize(written);
+            resolved = name;
+        }
+    }
+    return resolved;
+}
+
+class FileWriter final : public Stream::Device
+{
+public:
+    static std::unique_ptr<FileWriter> Create(const VelString& path);
+
+    ~FileWriter() override
+    {
+        m_file.Close();
+        if (!m_committed)
+        {
+            DeleteFileW(m_temporary.c_str());
+        }
+    }
+
+    bool Read(void*, std::size_t, std::size_t& read) override
+    {
+        read = 0;
+        return false;
+    }
+    bool Write(const void* source, std::size_t size) override;
+    bool Commit() override;
+
+private:
+    FileWriter() = default;
+
+    std::wstring m_target;
+    std::wstring m_temporary;
+    File m_file;
+    bool m_committed = true; // until there is a file to be removed
+};
+
+std::unique_ptr<FileWriter> FileWriter::Create(const VelString& path)
+{
+    constexpr std::size_t kLongestName = 255;
+    std::unique_ptr<FileWriter> writer(new FileWriter);
+    writer->m_target = ResolveLinks(path);
+    const DWORD attributes = GetFileAttributesW(writer->m_target.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES &&
+        (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0)
+    {
+        return nullptr;
+    }
+    const std::size_t folderSize = writer->m_target.find_last_of(L"/\\:") + 1;
+    VelPlatform::VelStringA name;
+    if (!VelPlatform::TryToNarrow(std::wstring_view(writer->m_target).substr(folderSize), name) || name.empty())
+    {
+        return nullptr;
+    }
+    for (int number = 0; number < kSavingNames; ++number)
+    {
+        const VelString saving = VelPlatform::ToWide(SavingName(name, number, kLongestName));
+        const std::wstring temporary = writer->m_target.substr(0, folderSize) + saving.c_str();
+        if (!writer->m_committed)
+        {
+            DeleteFileW(temporary.c_str());
+            continue;
+        }
+        // It is shared with nobody: what another writer is working on is opened, or deleted, by none.
+        writer->m_file.Open(
+            CreateFileW(temporary.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+        writer->m_committed = !writer->m_file;
+        writer->m_temporary = temporary;
+    }
+    return writer->m_committed ? nullptr : std::move(writer);
+}
+
+bool FileWriter::Write(const void* source, std::size_t size)
+{
+    const char* bytes = static_cast<const char*>(source);
+    while (size > 0)
+    {
+        DWORD taken = 0;
+        if (!WriteFile(m_file.Get(), bytes, static_cast<DWORD>(std::min<std::size_t>(size, kLargestStep)), &taken,
+                       nullptr) ||
+            taken == 0)
+        {
+            return false;
+        }
+        bytes += taken;
+        size -= taken;
+    }
+    return true;
+}
+
+bool FileWriter::Commit()
+{
+    if (!FlushFileBuffers(m_file.Get()) || !m_file.Close())
+    {
+        return false;
+    }
+    // Replacing keeps the access rights of the old file, and needs one.
+    m_committed = ReplaceFileW(m_target.c_str(), m_temporary.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
+                               nullptr) != 0 ||
+                  (GetLastError() == ERROR_FILE_NOT_FOUND &&
+                   MoveFileExW(m_temporary.c_str(), m_target.c_str(), MOVEFILE_WRITE_THROUGH) != 0);
+    return m_committed;
+}
+
+} // namespace
+
+Stream FileStream::Create(const VelString& path)
+{
+    return IsSystemPath(path) ? Stream(FileWriter::Create(path)) : Stream();
+}
+
+Stream FileStream::Open(const VelString& path)
+{
+    if (!IsSystemPath(path))
+    {
+        return Stream();
+    }
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return file == INVALID_HANDLE_VALUE ? Stream() : Stream(std::make_unique<FileReader>(file));
+}
+
+} // namespace VelUtils
+
+#endif

@@ -1,0 +1,90 @@
+#include "JsonBuilder.h"
+#include "JsonReader.h"
+#include "VelPlatform/Unicode.h"
+
+namespace VelUtils::Json
+{
+
+namespace
+{
+
+/// Where a text ends, for people: both count from 1, columns in characters.
+struct Place
+{
+    std::size_t line = 1;
+    std::size_t column = 1;
+};
+
+template <class Unit>
+Place PlaceBehind(std::basic_string_view<Unit> text)
+{
+    Place place;
+    const Unit* const end = text.data() + text.size();
+    for (const Unit* at = text.data(); at != end;)
+    {
+        const VelPlatform::Unicode::Decoded found = VelPlatform::Unicode::Decode(at, end);
+        at += found.length;
+        const bool pairOfLineEnds = found.value == '\r' && at != end && *at == Unit{'\n'};
+        if (found.value == '\n' || (found.value == '\r' && !pairOfLineEnds))
+        {
+            ++place.line;
+            place.column = 1;
+        }
+        else
+        {
+            ++place.column;
+        }
+    }
+    return place;
+}
+
+VelString Describe(Place place, std::string_view reason)
+{
+    return VelString::Format(L"Line {}, column {}: {}", place.line, place.column, VelPlatform::ToWide(reason));
+}
+
+std::size_t OffsetOfMalformed(VelStringView text)
+{
+    const wchar_t* at = text.data();
+    const wchar_t* const end = at + text.size();
+    while (at != end)
+    {
+        const VelPlatform::Unicode::Decoded found = VelPlatform::Unicode::Decode(at, end);
+        if (!found.valid)
+        {
+            break;
+        }
+        at += found.length;
+    }
+    return static_cast<std::size_t>(at - text.data());
+}
+
+} // namespace
+
+bool Parse(const VelString& text, Variant& value, VelString& errorText)
+{
+    VelStringA utf8;
+    if (!VelPlatform::TryToNarrow(text, utf8))
+    {
+        const VelStringView wide = text;
+        errorText = Describe(PlaceBehind(wide.substr(0, OffsetOfMalformed(wide))),
+                             "expected a character, found half a surrogate pair or no code point");
+        return false;
+    }
+    const std::string_view bytes = utf8;
+    JsonBuilder builder;
+    JsonReadError error;
+    if (!ReadJson(bytes, builder, error))
+    {
+        if (error.reason.empty())
+        {
+            error.reason = "expected at most " + std::to_string(JsonBuilder::kDeepest) + " containers in each other";
+        }
+        errorText = Describe(PlaceBehind(bytes.substr(0, error.offset)), error.reason);
+        return false;
+    }
+    value = std::move(builder.GetDocument());
+    return true;
+}
+
+} // namespace VelUtils::Json
