@@ -53,6 +53,8 @@ function(styles_add_test_helpers program folder libraries)
   foreach(source IN LISTS modules)
     cmake_path(GET source STEM name)
     add_library(${folder}_${name} MODULE ${source})
+    target_link_libraries(${folder}_${name} PRIVATE ${libraries})
+    target_include_directories(${folder}_${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
     set_target_properties(${folder}_${name} PROPERTIES
       PREFIX "" OUTPUT_NAME ${name} SUFFIX .dll
       LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/modules)
