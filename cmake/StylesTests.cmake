@@ -3,6 +3,9 @@
 include_guard()
 include(GoogleTest)
 
+set(STYLES_TEST_DATA "${PROJECT_SOURCE_DIR}/../shared/data" CACHE PATH
+  "Folder of test data that is not part of the project; tests that use it pass without")
+
 # styles_add_test_program(<folder> [LIBRARIES <target>...])
 #
 # Makes <folder>_tests of the sources in tests/<folder>, and a ctest of every test in it, named
@@ -43,6 +46,7 @@ function(styles_set_up_test_target target)
   target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   target_compile_definitions(${target} PRIVATE
     STYLES_SOURCE_FOLDER="${PROJECT_SOURCE_DIR}"
+    STYLES_TEST_DATA="${STYLES_TEST_DATA}"
     STYLES_TEST_MODULES="${CMAKE_CURRENT_BINARY_DIR}/modules"
     STYLES_TEST_PROGRAMS="${CMAKE_CURRENT_BINARY_DIR}/programs")
 endfunction()
@@ -183,8 +187,8 @@ function(styles_add_package_tests)
     add_test(NAME package/${mode}
       COMMAND ${CMAKE_COMMAND}
         -D SOURCE=${PROJECT_SOURCE_DIR} -D BUILD=${PROJECT_BINARY_DIR} -D WORK=${CMAKE_CURRENT_BINARY_DIR}/package/${mode}
-        -D MODE=${mode} -D COMPILER=${CMAKE_CXX_COMPILER}
-        "-DFLAGS=${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${configuration}}"
+        -D MODE=${mode} -D COMPILER=${CMAKE_CXX_COMPILER} -D BUILD_TYPE=${CMAKE_BUILD_TYPE}
+        "-DFLAGS=${CMAKE_CXX_FLAGS_${configuration}}"
         -P ${CMAKE_CURRENT_SOURCE_DIR}/package/RunPackageTest.cmake)
     set_tests_properties(package/${mode} PROPERTIES LABELS package TIMEOUT 600 RUN_SERIAL ON)
   endforeach()

@@ -1,12 +1,15 @@
 # Uses the library as another project would, and fails where that does not work.
 #
-#   cmake -D SOURCE=<tree> -D WORK=<folder> -D MODE=<mode> [-D BUILD=<folder>] -D COMPILER=... -D FLAGS=...
-#         -P RunPackageTest.cmake
+#   cmake -D SOURCE=<tree> -D WORK=<folder> -D MODE=<mode> [-D BUILD=<folder>] -D COMPILER=...
+#         -D BUILD_TYPE=... -D FLAGS=... -P RunPackageTest.cmake
 #
 #   installed   installs the build in BUILD and finds the package, after its folder has been moved
 #   static      builds and installs the library as static libraries first
 #   subfolder   configures the sources as a part of the other project
-foreach(variable IN ITEMS SOURCE WORK MODE COMPILER)
+#
+# FLAGS are those of the build type, so that a sanitized library meets a sanitized program; the project's warnings are
+# left out, because they are no matter of its users.
+foreach(variable IN ITEMS SOURCE WORK MODE COMPILER BUILD_TYPE)
   if(NOT ${variable})
     message(FATAL_ERROR "RunPackageTest.cmake needs ${variable}")
   endif()
@@ -20,7 +23,9 @@ function(run)
   endif()
 endfunction()
 
-set(options -G Ninja -D CMAKE_BUILD_TYPE=Release -D CMAKE_CXX_COMPILER=${COMPILER} "-DCMAKE_CXX_FLAGS=${FLAGS}")
+string(TOUPPER ${BUILD_TYPE} configuration)
+set(options -G Ninja -D CMAKE_BUILD_TYPE=${BUILD_TYPE} -D CMAKE_CXX_COMPILER=${COMPILER}
+  "-DCMAKE_CXX_FLAGS_${configuration}=${FLAGS}")
 file(REMOVE_RECURSE ${WORK})
 
 if(MODE STREQUAL "subfolder")
