@@ -178,16 +178,20 @@ endfunction()
 # The library as another project uses it, tests/package: installed as it was built, and in optimised builds also as
 # static libraries and as a part of the other project.
 function(styles_add_package_tests)
+  set(build_type ${CMAKE_BUILD_TYPE})
+  if(NOT build_type)
+    set(build_type Release)
+  endif()
   set(modes installed)
-  if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  if(build_type STREQUAL "Release")
     list(APPEND modes static subfolder)
   endif()
-  string(TOUPPER "${CMAKE_BUILD_TYPE}" configuration)
+  string(TOUPPER ${build_type} configuration)
   foreach(mode IN LISTS modes)
     add_test(NAME package/${mode}
       COMMAND ${CMAKE_COMMAND}
         -D SOURCE=${PROJECT_SOURCE_DIR} -D BUILD=${PROJECT_BINARY_DIR} -D WORK=${CMAKE_CURRENT_BINARY_DIR}/package/${mode}
-        -D MODE=${mode} -D COMPILER=${CMAKE_CXX_COMPILER} -D BUILD_TYPE=${CMAKE_BUILD_TYPE}
+        -D MODE=${mode} -D COMPILER=${CMAKE_CXX_COMPILER} -D BUILD_TYPE=${build_type}
         "-DFLAGS=${CMAKE_CXX_FLAGS_${configuration}}"
         -P ${CMAKE_CURRENT_SOURCE_DIR}/package/RunPackageTest.cmake)
     set_tests_properties(package/${mode} PROPERTIES LABELS package TIMEOUT 600 RUN_SERIAL ON)
