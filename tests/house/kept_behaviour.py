@@ -7,9 +7,12 @@ A comment reads
 
 and the page has a row for each: | behaviour | `file` | `Suite.Test` |. Every comment has its row, every row its
 comment, and every test named exists. Rows and comments are matched by file and test.
+
+With --rows it prints the rows that the comments call for instead, for pasting into the page.
 """
 
 import re
+import sys
 
 import tree
 
@@ -18,14 +21,14 @@ TEST = r"[A-Za-z]\w*\.[A-Za-z]\w*"
 
 
 def comments():
-    """(file, line, test or None) of each comment."""
+    """(file, line, test or None, what the comment says) of each comment."""
     for name in tree.files(".h", ".cpp", under=("include/", "src/", "platform/", "examples/")):
         lines = tree.read(name).split("\n")
         for number, line in enumerate(lines):
             if not re.search(r"//+ ?KEPT\b", line):
                 continue
             if not re.search(r"// KEPT: \S|/// KEPT: \S", line):
-                yield name, number + 1, None
+                yield name, number + 1, None, ""
                 continue
             # The comment goes on as long as lines do that are comments and not the next one of its kind.
             block = [line]
@@ -35,10 +38,9 @@ def comments():
                 block.append(following)
             text = " ".join(re.sub(r"^.*?//+<? ?", "", part) for part in block)
             pinned = re.findall(rf"Pinned by ({TEST}(?:(?:,| and) {TEST})*)", text)
-            for test in re.findall(TEST, " ".join(pinned)):
-                yield name, number + 1, test
-            if not pinned:
-                yield name, number + 1, None
+            what = re.sub(r"\s*Pinned by.*", "", text.removeprefix("KEPT: ")).strip()
+            for test in re.findall(TEST, " ".join(pinned)) or [None]:
+                yield name, number + 1, test, what
 
 
 def rows():
@@ -60,10 +62,15 @@ def tests():
     return found
 
 
+def print_rows():
+    for name, _, test, what in comments():
+        print(f"| {what.replace('|', chr(92) + '|')} | `{name}` | `{test}` |")
+
+
 def main():
     problems = []
     written = set()
-    for name, line, test in comments():
+    for name, line, test, _ in comments():
         if test is None:
             problems.append(f"{name}:{line}: the comment does not end with 'Pinned by Suite.Test'")
         else:
@@ -85,4 +92,7 @@ def main():
     tree.finish(f"{len(written)} kept behaviours", problems)
 
 
-main()
+if sys.argv[1:] == ["--rows"]:
+    print_rows()
+else:
+    main()
