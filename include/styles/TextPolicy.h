@@ -1,0 +1,32 @@
+/// \file
+/// Ready-made conversion policies: the text of common values in documents.
+///
+/// A policy accepts only a text that is wholly a value, and writes the shortest text that reads back to the same value,
+/// independently of the locale. Anything else throws `VelPref::Detail::BadConversion`.
+#pragma once
+
+#include "Any.h"
+#include "StylesApi.h"
+
+#include <VelPref/ConversionPolicy.h>
+
+#include <cstdint>
+
+namespace Styles
+{
+
+/// The text of a `T`: `double`, `std::int32_t`, `std::uint32_t`, `bool` or `VelString`.
+///
+/// `ToText` throws `std::bad_cast` for a value of another type. A boolean is written "1" or "0" and also read from "true"
+/// and "false". An unsigned integer is also read from "-1", as all ones.
+template <class T>
+class TextPolicy final : public VelPref::Detail::IConversionPolicy
+{
+public:
+    STYLES_API TextPolicy();
+    STYLES_API ~TextPolicy() override;
+    [[nodiscard]] STYLES_API VelPlatform::VelStringT<wchar_t> ToText(const VelUtils::Any& value) const override;
+    [[nodiscard]] STYLES_API VelUtils::Any FromText(const VelPlatform::VelStringT<wchar_t>& text) const override;
+};
+
+} // namespace Styles

@@ -1,0 +1,55 @@
+// A stack whose first elements need no allocation.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+namespace Styles::Detail
+{
+
+/// Keeps up to `Inline` elements in place and the rest in a vector. For elements that are cheap to make and to assign.
+template <class T, std::size_t Inline>
+class SmallStack
+{
+public:
+    [[nodiscard]] bool IsEmpty() const noexcept { return m_size == 0; }
+    [[nodiscard]] std::size_t GetSize() const noexcept { return m_size; }
+
+    void Push(T element)
+    {
+        if (m_size < Inline)
+        {
+            m_inline[m_size] = std::move(element);
+        }
+        else
+        {
+            m_rest.push_back(std::move(element));
+        }
+        ++m_size;
+    }
+
+    void Pop() noexcept
+    {
+        if (m_size > Inline)
+        {
+            m_rest.pop_back();
+        }
+        --m_size;
+    }
+
+    [[nodiscard]] T& operator[](std::size_t index) noexcept
+    {
+        return index < Inline ? m_inline[index] : m_rest[index - Inline];
+    }
+
+    [[nodiscard]] T& Top() noexcept { return (*this)[m_size - 1]; }
+
+private:
+    std::array<T, Inline> m_inline{};
+    std::vector<T> m_rest;
+    std::size_t m_size = 0;
+};
+
+} // namespace Styles::Detail

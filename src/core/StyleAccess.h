@@ -1,0 +1,51 @@
+// The one door to what a style keeps to itself, for the definitions and the free functions that must see it.
+#pragma once
+
+#include <styles/Style.h>
+
+namespace Styles::Detail
+{
+
+using PropertyMap = std::map<PropertyKey, Any>;
+
+struct StyleAccess
+{
+    [[nodiscard]] static PropertyMap& Properties(Style& style) noexcept { return style.m_properties; }
+    [[nodiscard]] static const PropertyMap& Properties(const Style& style) noexcept { return style.m_properties; }
+
+    /// The key under which the owner holds `style`, in the style itself.
+    [[nodiscard]] static const PropertyKey& OwnersKey(const Style& style) noexcept
+    {
+        return style.m_ownersSubstylePropertyName;
+    }
+
+    /// The category without the cost of sharing it; null for none.
+    [[nodiscard]] static const StyleCategory* Category(const Style& style) noexcept { return style.m_category.get(); }
+
+    [[nodiscard]] static const BaseStyleProperty* FindDefinition(const Style& style, const PropertyKey& key)
+    {
+        return style.FindDefinition(key);
+    }
+
+    /// The own value, or null.
+    [[nodiscard]] static const Any* FindOwn(const Style& style, const PropertyKey& key) noexcept
+    {
+        const auto entry = style.m_properties.find(key);
+        return entry != style.m_properties.end() ? &entry->second : nullptr;
+    }
+
+    /// Stores `value`, which is made for `style` already: what it owns belongs to the style from now on. The old value is
+    /// destroyed through `definition`. When there is no memory the new value is destroyed instead.
+    static void Adopt(Style& style, const BaseStyleProperty& definition, const PropertyKey& key, Any value);
+
+    /// As the private `Style::HasDependency` with both arguments.
+    [[nodiscard]] static bool HasDependency(const Style& style, StyleSpan styles, bool direct)
+    {
+        return style.HasDependency(styles, direct);
+    }
+
+    /// Lets every value know that `style` holds it now.
+    static void RepairOwners(Style& style) { style.RepairSubstyleOwnerPointers(); }
+};
+
+} // namespace Styles::Detail
