@@ -2,8 +2,8 @@
 /// `Any`: a property value of any type, in 16 bytes without allocation when it is small.
 ///
 /// Every value that a style holds, every default that a definition supplies, is an `Any`. It stores a value, copies it,
-/// tells its type, compares two values and hands out the typed value; what a value means is the business of the property
-/// definitions.
+/// tells its type, compares two values and hands out the typed value; what a value means is the business of the
+/// property definitions.
 ///
 /// Numbers, pointers, enumerations and the one-pointer string live inline and never allocate; larger values (lists of
 /// styles, JSON objects and arrays) live in a holder on the heap that the `Any` owns.
@@ -50,10 +50,12 @@ struct IsAnyEqualityComparable : std::bool_constant<std::equality_comparable<T>>
 
 /// Whether values of `T` are ordered with `<` inside an `Any`; otherwise no value of the type is less than another.
 template <class T>
-struct IsAnyLessComparable : std::bool_constant<requires(const T& a, const T& b) {
-                                 { a < b } -> std::convertible_to<bool>;
-                             }>
-{};
+    struct IsAnyLessComparable : std::bool_constant < requires(const T& a, const T& b)
+{
+    {
+        a < b
+        } -> std::convertible_to<bool>;
+} > {};
 
 // A vector declares its comparisons for every element type; what counts is whether they compile.
 template <class T, class Allocator>
@@ -72,15 +74,15 @@ struct AnyValueTypeOf
 };
 
 template <class T>
-    requires std::same_as<std::decay_t<T>, const wchar_t*> || std::same_as<std::decay_t<T>, wchar_t*>
-struct AnyValueTypeOf<T>
+requires std::same_as < std::decay_t<T>,
+const wchar_t* > || std::same_as<std::decay_t<T>, wchar_t*> struct AnyValueTypeOf<T>
 {
     using type = VelPlatform::VelStringT<wchar_t>;
 };
 
 template <class T>
-    requires std::same_as<std::decay_t<T>, const char*> || std::same_as<std::decay_t<T>, char*>
-struct AnyValueTypeOf<T>
+requires std::same_as < std::decay_t<T>,
+const char* > || std::same_as<std::decay_t<T>, char*> struct AnyValueTypeOf<T>
 {
     using type = VelPlatform::VelStringT<char>;
 };
@@ -108,8 +110,8 @@ public:
     /// Holds a copy of `value` (or takes it over, from an rvalue). A text literal becomes a string.
     /// \throws whatever making the value or its holder throws.
     template <class T>
-        requires(!std::same_as<std::decay_t<T>, Any> && std::copy_constructible<AnyValueType<T>>)
-    explicit Any(T&& value) : Any()
+    requires(!std::same_as<std::decay_t<T>, Any> && std::copy_constructible<AnyValueType<T>>) explicit Any(T&& value)
+        : Any()
     {
         Emplace<AnyValueType<T>>(std::forward<T>(value));
     }
@@ -122,8 +124,8 @@ public:
 
     ~Any();
 
-    /// Assigns a copy. A value of the same type is assigned in its holder; otherwise the new value is made first, so that
-    /// a failure leaves this value as it was.
+    /// Assigns a copy. A value of the same type is assigned in its holder; otherwise the new value is made first, so
+    /// that a failure leaves this value as it was.
     ///
     /// There is no move assignment: `a = std::move(b)` is this operation and leaves `b` its value.
     Any& operator=(const Any& source);
@@ -191,8 +193,9 @@ private:
     static constexpr std::size_t StorageAlignment = 8;
 
     template <class T>
-    static constexpr bool LivesInline = sizeof(T) <= 8 && alignof(T) <= StorageAlignment &&
-                                        IsRelocatableByBytes<T>::value && std::is_nothrow_move_constructible_v<T>;
+    static constexpr bool LivesInline =
+        sizeof(T) <= 8 &&
+        alignof(T) <= StorageAlignment&& IsRelocatableByBytes<T>::value&& std::is_nothrow_move_constructible_v<T>;
 
     template <class T, class... Arguments>
     void Emplace(Arguments&&... arguments);

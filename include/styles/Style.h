@@ -1,18 +1,19 @@
 /// \file
 /// `Style`: a set of typed property values that inherits.
 ///
-/// A style belongs to a category, which says what properties it may have. It holds values of its own, may inherit from a
-/// parent, and through some of its properties owns nested styles (substyles) and lists of styles. A value is looked up in
-/// the style itself, then along its parents; a substyle without a parent inherits from the substyle at the same place of
-/// what its owner inherits from; the last resort is the default of the category.
+/// A style belongs to a category, which says what properties it may have. It holds values of its own, may inherit from
+/// a parent, and through some of its properties owns nested styles (substyles) and lists of styles. A value is looked
+/// up in the style itself, then along its parents; a substyle without a parent inherits from the substyle at the same
+/// place of what its owner inherits from; the last resort is the default of the category.
 ///
-/// Ownership: a style owns its values, and through them its substyles and the elements of its lists. Parent and owner are
-/// plain links: a style that dies tells nobody, so remove the references to it first (`StyleSheet::DeleteStyles` does). A
-/// function that returns a new style hands it to the caller.
+/// Ownership: a style owns its values, and through them its substyles and the elements of its lists. Parent and owner
+/// are plain links: a style that dies tells nobody, so remove the references to it first (`StyleSheet::DeleteStyles`
+/// does). A function that returns a new style hands it to the caller.
 ///
 /// Values: every value enters through `BaseStyleProperty::MovePropertyData` of its definition and leaves through
-/// `DestroyPropertyData`. A key that the category does not know is never added. A reference to a value is valid until the
-/// style that holds it changes the property or dies. Arguments may be references into the very style that is changed.
+/// `DestroyPropertyData`. A key that the category does not know is never added. A reference to a value is valid until
+/// the style that holds it changes the property or dies. Arguments may be references into the very style that is
+/// changed.
 ///
 /// Links may close on themselves (a document can say so): they are kept as they are, every walk along them ends, and a
 /// look-up on them ends in the default.
@@ -55,8 +56,8 @@ public:
     /// Inherits from `parent` (may be null) and has the category of that name, or none when it is unknown.
     Style(Style* parent, const PropertyKey& categoryName);
 
-    /// Parent, category and external identity of `other`, and copies of its values. The copy has no owner. A value whose
-    /// key the category does not know is left out.
+    /// Parent, category and external identity of `other`, and copies of its values. The copy has no owner. A value
+    /// whose key the category does not know is left out.
     Style(const Style& other);
 
     /// As move assignment to an empty style.
@@ -65,8 +66,9 @@ public:
     /// As the copy constructor; the owner of this style stays. `other` may be a substyle of this style.
     Style& operator=(const Style& other);
 
-    /// Takes the values of `other`, and copies its parent, category and external identity, which `other` keeps. The owner
-    /// of this style stays. `other` may be a substyle of this style; a style that is moved into its own substyle is copied.
+    /// Takes the values of `other`, and copies its parent, category and external identity, which `other` keeps. The
+    /// owner of this style stays. `other` may be a substyle of this style; a style that is moved into its own substyle
+    /// is copied.
     Style& operator=(Style&& other);
 
     /// Destroys every value. Never throws.
@@ -122,7 +124,8 @@ public:
     [[nodiscard]] bool IsEmptyWithEmptySubstyles() const;
     /// The number of own values of substyle properties.
     [[nodiscard]] int GetNumSubstyles() const;
-    /// The own substyle that is named like the element category of the last substyle property, in key order; null without.
+    /// The own substyle that is named like the element category of the last substyle property, in key order; null
+    /// without.
     [[nodiscard]] Style* GetLastSubstyle() const;
     /// Whether a style inside the own values, at any depth, has a parent.
     [[nodiscard]] bool SubstylesHaveAnyParentalRelationships() const;
@@ -151,12 +154,12 @@ public:
     /// The value that the style would have without its own. Throws as `GetProperty`.
     [[nodiscard]] const Any& GetInheritedProperty(const PropertyKey& key) const;
 
-    /// Copies the effective value into `out`. False, `out` untouched, when the category does not know the key or the value
-    /// is its very default object.
+    /// Copies the effective value into `out`. False, `out` untouched, when the category does not know the key or the
+    /// value is its very default object.
     bool GetProperty(const PropertyKey& key, Any& out) const;
 
-    /// Copies the inherited value into `out`. False, `out` untouched, when it is the very default object of the category.
-    /// \throws std::logic_error when the look-up ends in a category that does not know the key.
+    /// Copies the inherited value into `out`. False, `out` untouched, when it is the very default object of the
+    /// category. \throws std::logic_error when the look-up ends in a category that does not know the key.
     bool GetInheritedProperty(const PropertyKey& key, Any& out) const;
 
     /// Copies the own value into `out`; false, `out` untouched, without one.
@@ -173,13 +176,13 @@ public:
     /// substyle property.
     Style* GetSubstyleAndCreateIfMissing(const PropertyKey& key, const PropertyKey& categoryName);
 
-    /// The effective value at the end of a path through own substyles. Where a substyle is missing, the default of the last
-    /// key in the category that the substyle would have.
-    /// \throws std::exception for an empty path or a missing category.
+    /// The effective value at the end of a path through own substyles. Where a substyle is missing, the default of the
+    /// last key in the category that the substyle would have. \throws std::exception for an empty path or a missing
+    /// category.
     [[nodiscard]] const Any& GetPathProperty(const PropertyPath& path) const;
 
-    /// Whether there is an own value at the end of a path through own substyles; for a last key "*", whether the substyle
-    /// has a parent or anything in it.
+    /// Whether there is an own value at the end of a path through own substyles; for a last key "*", whether the
+    /// substyle has a parent or anything in it.
     [[nodiscard]] bool DoesOverridePathProperty(const PropertyPath& path) const;
     /// @}
 
@@ -190,16 +193,16 @@ public:
     /// gives an empty value, or when the category does not know the key, the property is cleared.
     void SetProperty(const PropertyKey& key, const Any& value);
 
-    /// Sets the own value. First the definition makes the new value, then the old one is destroyed: when making it throws,
-    /// or when the category does not know the key, the property stays. An empty new value removes the old one without
-    /// destroying it.
+    /// Sets the own value. First the definition makes the new value, then the old one is destroyed: when making it
+    /// throws, or when the category does not know the key, the property stays. An empty new value removes the old one
+    /// without destroying it.
     void SetProperty(const PropertyKey& key, Any&& value);
 
     /// Stores a copy of `substyle` (may be null: as an empty value).
     void SetSubstyle(const PropertyKey& key, const Style* substyle);
 
-    /// Sets the value at the end of a path, creating own substyles on the way. Nothing happens for an empty path, or where
-    /// a key on the way is no substyle property; substyles created before that stay.
+    /// Sets the value at the end of a path, creating own substyles on the way. Nothing happens for an empty path, or
+    /// where a key on the way is no substyle property; substyles created before that stay.
     void SetPathProperty(const PropertyPath& path, const Any& value);
     void SetPathProperty(const PropertyPath& path, Any&& value);
 
@@ -218,14 +221,15 @@ public:
     /// Removes the own value at the end of a path through own substyles; false when there was none.
     bool ClearPathProperty(const PropertyPath& path);
 
-    /// As `ClearPathProperty`, but only where there is something to inherit from (a parent of this style, of its owner or
-    /// of a substyle on the way), or with `force`.
+    /// As `ClearPathProperty`, but only where there is something to inherit from (a parent of this style, of its owner
+    /// or of a substyle on the way), or with `force`.
     bool RevertPathProperty(const PropertyPath& path, bool force);
 
     /// Removes the own values for all keys that `other` has own values for. A null `other` does nothing.
     void ClearProperties(const Style* other);
 
-    /// Removes all own values. When destroying one throws, the others are destroyed too, then the first exception goes on.
+    /// Removes all own values. When destroying one throws, the others are destroyed too, then the first exception goes
+    /// on.
     void ClearAllProperties();
 
     /// Removes all own values but substyles, here and in the substyles. True when anything was removed.
@@ -249,8 +253,8 @@ public:
     /// Without a category only the parent is cut. When a definition throws, the parent stays.
     bool Flatten();
 
-    /// As `Flatten()`, adding the keys of the properties that had a value to `changed`. True when `changed` is not empty
-    /// afterwards.
+    /// As `Flatten()`, adding the keys of the properties that had a value to `changed`. True when `changed` is not
+    /// empty afterwards.
     bool Flatten(std::set<PropertyKey>& changed);
 
     /// A flattened copy. The caller owns it.
@@ -266,15 +270,14 @@ public:
     /// Such a copy of the effective substyle under `key`, or an empty style of its category. The caller owns it.
     [[nodiscard]] Style* CreateSubStyleCloneWithNoDependencyOnOwner(const PropertyKey& key) const;
 
-    /// Makes the substyle under `key` match that of `source`: as a copy where both inherit alike, else without dependency
-    /// on the owner of `source`.
-    /// \throws std::bad_cast when the default for `key` is no substyle.
+    /// Makes the substyle under `key` match that of `source`: as a copy where both inherit alike, else without
+    /// dependency on the owner of `source`. \throws std::bad_cast when the default for `key` is no substyle.
     void CopySubstyleProperties(const Style* source, const PropertyKey& key);
     /// @}
 
     /// \name Dependencies
-    /// A style depends on the styles that it or a style inside its values inherits from, and on those that its values refer
-    /// to. The null pointer in a span matches nothing.
+    /// A style depends on the styles that it or a style inside its values inherits from, and on those that its values
+    /// refer to. The null pointer in a span matches nothing.
     /// @{
 
     /// Whether this style is, inherits from, or refers to a member of `styles`, at any distance.
@@ -288,12 +291,13 @@ public:
     /// Whether this style, its owner or a style inside its values has a parent.
     [[nodiscard]] bool HasParentalDependency() const;
 
-    /// Makes this style independent of `styles`: what it inherits from them becomes its own. `direct`: only an unbroken run
-    /// of parents from the nearest on. Otherwise every member of `styles` on the parent chain, with all below it.
+    /// Makes this style independent of `styles`: what it inherits from them becomes its own. `direct`: only an unbroken
+    /// run of parents from the nearest on. Otherwise every member of `styles` on the parent chain, with all below it.
     void RemoveDependency(StyleSpan styles, bool direct);
     /// Makes this style and the styles inside its values independent of all parents.
     void RemoveAllDependencies();
-    /// Inherits from the styles that `replacements` maps parents to, here and in the values. A parent mapped to null stays.
+    /// Inherits from the styles that `replacements` maps parents to, here and in the values. A parent mapped to null
+    /// stays.
     void RemapDependency(const std::map<Style*, Style*>& replacements);
     /// Hands `replacements` to the definitions of all values that are not empty.
     void RemapPointer(const std::vector<std::pair<Any, Any>>& replacements);
@@ -312,14 +316,14 @@ public:
     /// \name JSON
     /// @{
 
-    /// Replaces `output` with the style's object: "inherits", "id", "original", then the own values by name. Parents are
-    /// written by their names in `sheet`. When a definition throws, `output` holds the members written so far.
+    /// Replaces `output` with the style's object: "inherits", "id", "original", then the own values by name. Parents
+    /// are written by their names in `sheet`. When a definition throws, `output` holds the members written so far.
     void Serialize(const StyleSheet& sheet, Json::Variant& output, bool includeTemporaries) const;
     /// The text of that object.
     [[nodiscard]] VelString Serialize(const StyleSheet& sheet, bool compact, bool includeTemporaries) const;
 
-    /// Reads the members of `object` into this style, which has its category already. What is unknown or of the wrong type
-    /// is passed over. When a definition throws, the members read so far stay.
+    /// Reads the members of `object` into this style, which has its category already. What is unknown or of the wrong
+    /// type is passed over. When a definition throws, the members read so far stay.
     void DeserializeJson(const StyleSheet& sheet, const Json::Object& object);
 
     /// A new style of that category, read from `object`. The caller owns it.

@@ -1,18 +1,19 @@
 /// \file
 /// The schema: categories of properties, the process-wide manager that owns them, and their registration.
 ///
-/// A host registers its schema once, at start-up: first its style-set categories (`StyleManager::RegisterCategory`), then
-/// their properties (`RegisterProperty`), then the base category (`RegisterStyleCategory`) and further substyle properties
+/// A host registers its schema once, at start-up: first its style-set categories (`StyleManager::RegisterCategory`),
+/// then their properties (`RegisterProperty`), then the base category (`RegisterStyleCategory`) and further substyle
+/// properties
 /// (`RegisterSubstyleSet`). Last it sets the current version of its sheets.
 ///
 /// Ownership: the manager owns the categories and shares them with the styles that have them; a category owns its
-/// definitions until it is deregistered. A category that is deregistered lives on, without definitions, as long as a style
-/// has it.
+/// definitions until it is deregistered. A category that is deregistered lives on, without definitions, as long as a
+/// style has it.
 ///
 /// Exceptions: registration is all or nothing when memory runs out.
 ///
-/// Threads: creating and releasing the manager is safe from any thread. Registration is not locked; after it, any number of
-/// threads may read.
+/// Threads: creating and releasing the manager is safe from any thread. Registration is not locked; after it, any
+/// number of threads may read.
 #pragma once
 
 #include "StyleProperty.h"
@@ -58,12 +59,15 @@ public:
     [[nodiscard]] VelString GetCategoryUIName() const { return m_categoryUIName; }
     /// In the order of registration.
     [[nodiscard]] const std::vector<PropertyKey>& GetPropertyNames() const noexcept { return m_propertyNames; }
-    [[nodiscard]] const std::map<PropertyKey, BaseStyleProperty*>& GetProperties() const noexcept { return m_properties; }
+    [[nodiscard]] const std::map<PropertyKey, BaseStyleProperty*>& GetProperties() const noexcept
+    {
+        return m_properties;
+    }
     /// Whether the category is offered to users.
     [[nodiscard]] bool IsPublic() const noexcept { return m_isPublic; }
 
-    /// Files `definition` (which may be null) under `name`. The first registration of a name wins: a later definition is
-    /// ignored and stays the caller's. \throws std::bad_alloc; the category is as it was.
+    /// Files `definition` (which may be null) under `name`. The first registration of a name wins: a later definition
+    /// is ignored and stays the caller's. \throws std::bad_alloc; the category is as it was.
     void RegisterProperty(const PropertyKey& name, BaseStyleProperty* definition);
 
     /// The definition, or null. A miss is reported to the log unless the marker module of unit tests is loaded.
@@ -168,8 +172,8 @@ STYLES_API void RegisterStyleCategory(const VelString& uiName);
 /// Deregisters the base category.
 STYLES_API void DeregisterStyleCategory();
 
-/// Gives `category` a substyle property `name` whose substyles are of category `name`. Nothing happens when `category` is
-/// not registered or has the property already.
+/// Gives `category` a substyle property `name` whose substyles are of category `name`. Nothing happens when `category`
+/// is not registered or has the property already.
 STYLES_API void RegisterSubstyleSet(const PropertyKey& category, const PropertyKey& name);
 
 /// Forgets all categories, see `StyleManager::Reset`.

@@ -23,9 +23,9 @@ namespace Styles
 [[nodiscard]] STYLES_API std::vector<PropertyPath>
 GetOverriddenSubstyleProperties(const Style& style, const PropertyKey& substyleKey, bool includeSubstyleKey);
 
-/// A new style equivalent to the effective substyle under `substyleKey`, with a parent in the place of inheritance through
-/// its owner. The caller owns it; null without such a substyle or without a category. `keys` becomes all keys of the
-/// substyle's category.
+/// A new style equivalent to the effective substyle under `substyleKey`, with a parent in the place of inheritance
+/// through its owner. The caller owns it; null without such a substyle or without a category. `keys` becomes all keys
+/// of the substyle's category.
 [[nodiscard]] STYLES_API Style* CreateStyleFromSubstyleWithoutOwnerDependencies(const Style* style,
                                                                                 const PropertyKey& substyleKey,
                                                                                 std::set<PropertyKey>& keys);

@@ -1,9 +1,9 @@
 /// \file
 /// `StylePresetManager`: named copies of styles that a user keeps, a file for each category.
 ///
-/// A preset refers to no other style: what it inherited has become its own. The presets of a category are a style sheet,
-/// stored as a file named after the category with the extension ".mtss" in the preset folder. The library supplies the
-/// operations and the saving; a host derives from the class and says where the sheets and the folder are.
+/// A preset refers to no other style: what it inherited has become its own. The presets of a category are a style
+/// sheet, stored as a file named after the category with the extension ".mtss" in the preset folder. The library
+/// supplies the operations and the saving; a host derives from the class and says where the sheets and the folder are.
 ///
 /// Threads: one thread at a time.
 #pragma once
@@ -35,8 +35,8 @@ public:
     /// The folder of the preset files.
     virtual VelString GetPresetFolder() = 0;
 
-    /// Writes the file of a category; the old file stays until the new one is whole. False when writing fails. True also
-    /// when the file cannot be created, and when the category has no sheet: then an existing file stays.
+    /// Writes the file of a category; the old file stays until the new one is whole. False when writing fails. True
+    /// also when the file cannot be created, and when the category has no sheet: then an existing file stays.
     bool Save(const VelString& category) const;
 
     /// All presets of a category in the order of their names.
@@ -45,8 +45,8 @@ public:
     /// Whether the category has a preset of that name, without regard to case.
     [[nodiscard]] bool DoesPresetNameExist(const VelString& category, VelString name) const;
 
-    /// Adds a copy of `style` without its dependencies, and saves. Presets that inherit from one that is replaced take its
-    /// values first. Without `replace` a preset of that name stays as it is. False without a sheet, name or style.
+    /// Adds a copy of `style` without its dependencies, and saves. Presets that inherit from one that is replaced take
+    /// its values first. Without `replace` a preset of that name stays as it is. False without a sheet, name or style.
     /// A failed save is not reported, see `Save`.
     bool AddPreset(const VelString& category, VelString name, const Style* style, bool replace);
 

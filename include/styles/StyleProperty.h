@@ -1,20 +1,21 @@
 /// \file
 /// The definitions of properties: what a host says about each property that its styles may have.
 ///
-/// A definition supplies the default of its property, validates values, converts them to and from the text of a document,
-/// and knows the rules by which values of the property are copied, compared, merged, flattened and searched for other
-/// styles. A `Style` never interprets a value itself; it asks the definition.
+/// A definition supplies the default of its property, validates values, converts them to and from the text of a
+/// document, and knows the rules by which values of the property are copied, compared, merged, flattened and searched
+/// for other styles. A `Style` never interprets a value itself; it asks the definition.
 ///
 /// Kinds: `StyleProperty` (a plain value), `TemporaryStyleProperty` (a plain value that is never written),
-/// `StyleSetProperty` (a substyle) and `StyleArrayProperty` (a list of styles). A host derives from any of them, or from
-/// `BaseStyleProperty`, and overrides what differs. The order of the virtual operations is part of the interface.
+/// `StyleSetProperty` (a substyle) and `StyleArrayProperty` (a list of styles). A host derives from any of them, or
+/// from `BaseStyleProperty`, and overrides what differs. The order of the virtual operations is part of the interface.
 ///
-/// Ownership: a definition belongs to the category that it is registered in, which deletes it when the category is emptied
-/// (`StyleManager::RegisterProperty` says when it refuses one). A definition owns its validator, its conversion policy and
-/// its default value.
+/// Ownership: a definition belongs to the category that it is registered in, which deletes it when the category is
+/// emptied
+/// (`StyleManager::RegisterProperty` says when it refuses one). A definition owns its validator, its conversion policy
+/// and its default value.
 ///
-/// Exceptions: an operation given a value of the wrong type throws `std::bad_cast` and changes nothing. A host's override
-/// may throw anything; `Style` says what holds then.
+/// Exceptions: an operation given a value of the wrong type throws `std::bad_cast` and changes nothing. A host's
+/// override may throw anything; `Style` says what holds then.
 ///
 /// Threads: definitions are made and registered at start-up and are only read afterwards.
 #pragma once
@@ -61,7 +62,8 @@ public:
     virtual PropertyKey GetElementCategoryName();
 
     /// Writes `value` into `output`. False: the property is to be left out of the document, `output` is untouched.
-    virtual bool Serialize(const StyleSheet& sheet, const Style* style, const Any& value, Json::Variant& output) const = 0;
+    virtual bool Serialize(const StyleSheet& sheet, const Style* style, const Any& value,
+                           Json::Variant& output) const = 0;
 
     /// Reads `json` (which may be null) and stores the value in `style`. False: nothing was stored.
     virtual bool Deserialize(const StyleSheet& sheet, Style* style, const Json::Variant* json) const = 0;
@@ -106,7 +108,8 @@ public:
     virtual void SetOwner(Any& value, Style* owner, const PropertyKey& key) const;
 
     /// Visits the plain values in `value`. False when `visitor` stopped the walk.
-    virtual bool ProcessProperty(Any& value, const PropertyVisitor& visitor, Style* style, const PropertyKey& key) const;
+    virtual bool ProcessProperty(Any& value, const PropertyVisitor& visitor, Style* style,
+                                 const PropertyKey& key) const;
 
     /// Brings the value of `source` for `key` into `target`; an own value of `target` stays unless `overwrite`.
     virtual void MergeProperty(Style* target, const Style* source, const PropertyKey& key, bool overwrite) const;
@@ -124,8 +127,8 @@ public:
 
     virtual bool IsLess(const Any& a, const Any& b) const;
 
-    /// Calls `visitor` for the styles directly inside the value until it answers false. False when it did, and for values
-    /// without styles, for which it is never called.
+    /// Calls `visitor` for the styles directly inside the value until it answers false. False when it did, and for
+    /// values without styles, for which it is never called.
     virtual bool ProcessStylesInProperty(const Any& value, const Delegate<bool(Style*)>& visitor) const;
 
     /// Whether `value` has the type of this property. Offered to hosts: `Style` stores values unasked.
@@ -189,12 +192,13 @@ class STYLES_API StyleProperty : public BaseStyleProperty
 {
 public:
     /// Takes over `validator` and `conversionPolicy` (both may be null). The type of the property is that of
-    /// `defaultValue`; a text literal makes it a wide string. Without a policy the property is written as null and never
-    /// read. \throws what making the default value throws; nothing has been taken over then.
+    /// `defaultValue`; a text literal makes it a wide string. Without a policy the property is written as null and
+    /// never read. \throws what making the default value throws; nothing has been taken over then.
     template <class T>
     StyleProperty(VelPref::Validator* validator, T defaultValue,
                   const VelPref::Detail::IConversionPolicy* conversionPolicy, int newSinceVersion)
-        : BaseStyleProperty(validator, Any(std::move(defaultValue)), newSinceVersion), m_conversionPolicy(conversionPolicy),
+        : BaseStyleProperty(validator, Any(std::move(defaultValue)), newSinceVersion),
+          m_conversionPolicy(conversionPolicy),
           m_typeTest(&Detail::HoldsType<VelUtils::AnyValueType<T>>)
     {}
 
@@ -250,8 +254,8 @@ private:
 /// A substyle: a style of another category that belongs to the style that holds it.
 ///
 /// The value is a `Style*`. A `Style*` or `const Style*` that is handed in names a style to be copied, never one to be
-/// adopted: the holding style stores its own copy, which knows its owner and its key. A null substyle is a legal default
-/// and clears the property when it is stored.
+/// adopted: the holding style stores its own copy, which knows its owner and its key. A null substyle is a legal
+/// default and clears the property when it is stored.
 class STYLES_API StyleSetProperty : public BaseStyleProperty
 {
 public:
@@ -281,13 +285,14 @@ public:
     void SetOwner(Any& value, Style* owner, const PropertyKey& key) const override;
 
     /// Visits the values of the substyle; the substyle itself is no plain value.
-    bool ProcessProperty(Any& value, const PropertyVisitor& visitor, Style* style, const PropertyKey& key) const override;
+    bool ProcessProperty(Any& value, const PropertyVisitor& visitor, Style* style,
+                         const PropertyKey& key) const override;
 
     void MergeProperty(Style* target, const Style* source, const PropertyKey& key, bool overwrite) const override;
     void MergeParentProperty(Style* target, const Style* source, const PropertyKey& key) const override;
 
-    /// Flattens the own substyle, or an own copy of what is inherited. Where the category nests in itself, a substyle that
-    /// would contain itself without end is left to inheritance.
+    /// Flattens the own substyle, or an own copy of what is inherited. Where the category nests in itself, a substyle
+    /// that would contain itself without end is left to inheritance.
     bool FlattenProperty(Style* style, const PropertyKey& key) const override;
 
     bool IsEqual(const Any& a, const Any& b) const override;
@@ -331,7 +336,8 @@ public:
     void RemapPointer(Any& value, const std::vector<std::pair<Any, Any>>& replacements) const override;
 
     /// Visits the values of the elements; the list itself is no plain value.
-    bool ProcessProperty(Any& value, const PropertyVisitor& visitor, Style* style, const PropertyKey& key) const override;
+    bool ProcessProperty(Any& value, const PropertyVisitor& visitor, Style* style,
+                         const PropertyKey& key) const override;
 
     /// Stores flattened copies of the elements. A list that would contain itself without end is left to inheritance.
     bool FlattenProperty(Style* style, const PropertyKey& key) const override;

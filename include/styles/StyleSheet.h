@@ -2,11 +2,11 @@
 /// `StyleSheet`: the named collection that owns styles, and its document.
 ///
 /// Every style of a sheet has one name; names are unique without regard to case, and the sheet lists its styles in the
-/// order of their names. A sheet also is the context in which styles are written and read: a parent is written by its name
-/// in the sheet.
+/// order of their names. A sheet also is the context in which styles are written and read: a parent is written by its
+/// name in the sheet.
 ///
-/// Ownership: a sheet owns its styles, from the moment they are handed to `AddStyle` until `RemoveStyle` gives them back.
-/// Substyles are no entries of a sheet; they belong to the styles that hold them.
+/// Ownership: a sheet owns its styles, from the moment they are handed to `AddStyle` until `RemoveStyle` gives them
+/// back. Substyles are no entries of a sheet; they belong to the styles that hold them.
 ///
 /// The document is a JSON object: "version" and "id" of the sheet, then an object for each category with its styles by
 /// name. Documents are untrusted: whatever they hold, reading them gives false or a sheet.
@@ -60,11 +60,11 @@ public:
     /// \name The collection
     /// @{
 
-    /// Adds `style`, which belongs to the sheet from now on, also when this function refuses it or throws. When a style of
-    /// that name is there: with `replace`, it is taken out and returned, and the caller owns it (unless it is `style`
-    /// itself); else `style` is destroyed, and nothing changes. A null `style` is stored.
-    /// \return the style that was replaced, or null.
-    /// \throws std::bad_alloc; the offered style has been destroyed and the sheet is as it was.
+    /// Adds `style`, which belongs to the sheet from now on, also when this function refuses it or throws. When a style
+    /// of that name is there: with `replace`, it is taken out and returned, and the caller owns it (unless it is
+    /// `style` itself); else `style` is destroyed, and nothing changes. A null `style` is stored. \return the style
+    /// that was replaced, or null. \throws std::bad_alloc; the offered style has been destroyed and the sheet is as it
+    /// was.
     Style* AddStyle(const VelString& name, Style* style, bool replace);
 
     /// Takes the style of that name out and hands it to the caller; null when there is none.
@@ -80,13 +80,13 @@ public:
     /// Destroys all styles and takes the manager's current version; the external identity stays.
     void Clear();
 
-    /// Replaces the contents by copies of those of `other` and tells `context` (may be null) of each. Copying a sheet to
-    /// itself does nothing.
+    /// Replaces the contents by copies of those of `other` and tells `context` (may be null) of each. Copying a sheet
+    /// to itself does nothing.
     void CopyContentsFrom(const StyleSheet& other, IStyleSheetDuplicationContext* context);
 
-    /// Adds the styles of this sheet to it once more, which destroys them (they stay listed, empty), and empties the names
-    /// of `other`, whose styles belong to nobody from then on. To bring the styles of one sheet into another, export and
-    /// import them.
+    /// Adds the styles of this sheet to it once more, which destroys them (they stay listed, empty), and empties the
+    /// names of `other`, whose styles belong to nobody from then on. To bring the styles of one sheet into another,
+    /// export and import them.
     void MergeIn(StyleSheet& other, bool replace);
     /// @}
 
@@ -138,10 +138,10 @@ public:
     /// Writes the document as UTF-8. False when the stream refuses it.
     bool Export(VelUtils::Stream& stream) const;
 
-    /// Reads a document and adds its styles: with `replace` in the place of styles of the same name, whose heirs inherit
-    /// from the new ones; otherwise styles that are there stay. False when the text is no document (the sheet is as it
-    /// was), or when reading stopped in the middle (what was added stays). Categories that are not registered are passed
-    /// over.
+    /// Reads a document and adds its styles: with `replace` in the place of styles of the same name, whose heirs
+    /// inherit from the new ones; otherwise styles that are there stay. False when the text is no document (the sheet
+    /// is as it was), or when reading stopped in the middle (what was added stays). Categories that are not registered
+    /// are passed over.
     bool Import(VelUtils::Stream& stream, bool replace);
     /// @}
 
@@ -172,8 +172,8 @@ private:
 };
 
 /// `name` without the characters that names of styles do not have, and without white space at its ends; may be empty.
-/// `strict`: only letters and digits of ASCII and a set of its signs. Otherwise anything but tab, line feed, double quote
-/// and tilde.
+/// `strict`: only letters and digits of ASCII and a set of its signs. Otherwise anything but tab, line feed, double
+/// quote and tilde.
 [[nodiscard]] STYLES_API VelString ConvertToValidStyleName(const VelString& name, bool strict);
 
 } // namespace Styles

@@ -17,8 +17,8 @@ namespace Styles
 
 /// The text of a `T`: `double`, `std::int32_t`, `std::uint32_t`, `bool` or `VelString`.
 ///
-/// `ToText` throws `std::bad_cast` for a value of another type. A boolean is written "1" or "0" and also read from "true"
-/// and "false". An unsigned integer is also read from "-1", as all ones.
+/// `ToText` throws `std::bad_cast` for a value of another type. A boolean is written "1" or "0" and also read from
+/// "true" and "false". An unsigned integer is also read from "-1", as all ones.
 template <class T>
 class TextPolicy final : public VelPref::Detail::IConversionPolicy
 {

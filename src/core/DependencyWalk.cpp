@@ -12,7 +12,9 @@ thread_local DependencyWalk* walkUnderWay = nullptr;
 
 } // namespace
 
-DependencyWalk::DependencyWalk(Question question, StyleSpan styles) : m_question(question), m_styles(styles), m_outer(std::exchange(walkUnderWay, this)) {}
+DependencyWalk::DependencyWalk(Question question, StyleSpan styles)
+    : m_question(question), m_styles(styles), m_outer(std::exchange(walkUnderWay, this))
+{}
 
 DependencyWalk::~DependencyWalk()
 {

@@ -12,9 +12,9 @@ namespace Styles::Detail
 /// One question about dependencies, followed through the graph of parents and values.
 ///
 /// Definitions ask the styles inside their values the same question, and those go on to their parents, which may be the
-/// very style that was asked first. So the same questions about one span that are asked while one is being answered, on this
-/// thread, share one walk: it remembers the styles it has met, and it puts parents aside until the values are done, so that
-/// chains of any length need no deep stack.
+/// very style that was asked first. So the same questions about one span that are asked while one is being answered, on
+/// this thread, share one walk: it remembers the styles it has met, and it puts parents aside until the values are
+/// done, so that chains of any length need no deep stack.
 class DependencyWalk
 {
 public:

@@ -8,8 +8,8 @@
 namespace Styles::Detail
 {
 
-/// Walks from a style along one kind of link. On links that close on themselves it ends after every style was met at least
-/// once; it may meet some of them twice before it notices, so what is done on the way must bear being done again.
+/// Walks from a style along one kind of link. On links that close on themselves it ends after every style was met at
+/// least once; it may meet some of them twice before it notices, so what is done on the way must bear being done again.
 ///
 /// The walk needs no memory (Brent's method: a landmark that moves up after 1, 2, 4, ... steps is met again on a closed
 /// way only), so it suits the innermost loop of look-ups and chains of any length.

@@ -14,8 +14,8 @@ namespace Styles::Detail
 namespace
 {
 
-/// One look-up under way: the effective value of `key` in `origin`. While it waits for the substyle at the place of `heir`,
-/// further look-ups stand above it on the stack.
+/// One look-up under way: the effective value of `key` in `origin`. While it waits for the substyle at the place of
+/// `heir`, further look-ups stand above it on the stack.
 struct Lookup
 {
     const Style* origin = nullptr;
@@ -58,15 +58,16 @@ private:
         m_lookups.Push(std::move(lookup));
     }
 
-    /// Follows the next key on the way to the heir's place. The value where it is there at once, null where a new look-up
-    /// has to go on.
+    /// Follows the next key on the way to the heir's place. The value where it is there at once, null where a new
+    /// look-up has to go on.
     const Any* Continue();
 
-    /// The value of the topmost look-up is known. It is the style in which the look-up below goes on; without one below,
-    /// it is the result.
+    /// The value of the topmost look-up is known. It is the style in which the look-up below goes on; without one
+    /// below, it is the result.
     const Any* Finish(const Any& value);
 
-    /// The effective value of the topmost look-up's key, from `style` upwards; null when it has to wait for an heir's place.
+    /// The effective value of the topmost look-up's key, from `style` upwards; null when it has to wait for an heir's
+    /// place.
     const Any* Search(const Style& style);
 
     /// Makes the topmost look-up wait for the place of `heir`; its default where nothing is inherited.

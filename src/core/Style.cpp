@@ -279,9 +279,9 @@ Style* Style::GetLastSubstyle() const
         const BaseStyleProperty* definition = FindDefinition(entry->first);
         if (definition != nullptr && definition->IsSubstyle())
         {
-            // KEPT: the substyle is looked up by the name of its category, not by the key it was found under. Hosts rely on
-            // a named substyle giving way to the one that is named like their category.
-            // Pinned by Style.TheLastSubstyleIsLookedUpByItsElementCategoryAndNotByItsKey
+            // KEPT: the substyle is looked up by the name of its category, not by the key it was found under. Hosts
+            // rely on a named substyle giving way to the one that is named like their category. Pinned by
+            // Style.TheLastSubstyleIsLookedUpByItsElementCategoryAndNotByItsKey
             return GetSubstyle(Detail::Callable(*definition).GetElementCategoryName(), false);
         }
     }
@@ -362,9 +362,9 @@ bool Style::operator<(const Style& other) const
         {
             return std::less<PropertyKey>()(key, theirs->first);
         }
-        // KEPT: a value without definition makes two styles unequal, yet is passed over here, so neither is less. An order
-        // needs no more, and equality must not call unknown values the same.
-        // Pinned by Style.ValuesWithoutDefinitionAreUnequalButNotOrdered
+        // KEPT: a value without definition makes two styles unequal, yet is passed over here, so neither is less. An
+        // order needs no more, and equality must not call unknown values the same. Pinned by
+        // Style.ValuesWithoutDefinitionAreUnequalButNotOrdered
         const BaseStyleProperty* definition = FindDefinition(key);
         if (definition != nullptr && !definition->IsEqual(value, theirs->second))
         {
@@ -385,9 +385,8 @@ bool Style::substyle_less_including_owner_based_inheritance(const Style& other) 
     {
         return false;
     }
-    // KEPT: the key of this style is used for both sides, also where the other is held under another key. The answer is only
-    // used to keep equal substyles apart.
-    // Pinned by Style.OwnerBasedOrderUsesTheKeyOfTheLeftStyleOnBothSides
+    // KEPT: the key of this style is used for both sides, also where the other is held under another key. The answer is
+    // only used to keep equal substyles apart. Pinned by Style.OwnerBasedOrderUsesTheKeyOfTheLeftStyleOnBothSides
     const Style* mine = FindInheritedByOwner(*this, m_ownersSubstylePropertyName);
     const Style* theirs = FindInheritedByOwner(other, m_ownersSubstylePropertyName);
     return std::less<const Style*>()(mine, theirs);

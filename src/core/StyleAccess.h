@@ -34,9 +34,18 @@ struct StyleAccess
         return entry != style.m_properties.end() ? &entry->second : nullptr;
     }
 
-    /// Stores `value`, which is made for `style` already: what it owns belongs to the style from now on. The old value is
-    /// destroyed through `definition`. When there is no memory the new value is destroyed instead.
+    /// Stores `value`, which is made for `style` already: what it owns belongs to the style from now on. The old value
+    /// is destroyed through `definition`. When there is no memory the new value is destroyed instead.
     static void Adopt(Style& style, const BaseStyleProperty& definition, const PropertyKey& key, Any value);
+
+    /// Moves the values of `from` to `to`, which is empty, and gives it the category and the parent that they need. The
+    /// owner links still name `from`, see `RepairOwners`.
+    static void TakeValues(Style& to, Style& from) noexcept
+    {
+        to.m_parent = from.m_parent;
+        to.m_category = from.m_category;
+        to.m_properties.swap(from.m_properties);
+    }
 
     /// As the private `Style::HasDependency` with both arguments.
     [[nodiscard]] static bool HasDependency(const Style& style, StyleSpan styles, bool direct)

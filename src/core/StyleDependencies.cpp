@@ -69,8 +69,8 @@ void Append(std::vector<Style*>& styles, const std::vector<Style*>& more)
     styles.insert(styles.end(), more.begin(), more.end());
 }
 
-/// The members that `style` is, inherits from directly, or depends on through its values; what its parents depend on is put
-/// aside unless `direct`.
+/// The members that `style` is, inherits from directly, or depends on through its values; what its parents depend on is
+/// put aside unless `direct`.
 void CollectDependencies(Style& style, StyleSpan styles, bool direct, DependencyWalk& walk, std::vector<Style*>& found)
 {
     if (styles.empty() || !walk.Meet(style))
@@ -114,7 +114,8 @@ void ForEachDefinedValue(Style& style, const Action& action)
     }
 }
 
-/// What `style` inherits from `ancestor`, its parent, becomes its own, and it inherits from the next style up from then on.
+/// What `style` inherits from `ancestor`, its parent, becomes its own, and it inherits from the next style up from then
+/// on.
 void TakeOver(Style& style, Style& ancestor, Detail::WorkInProgress& work)
 {
     style.MergeParentProperties(&ancestor);

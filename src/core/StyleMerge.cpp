@@ -40,8 +40,8 @@ bool InheritsAnything(const Style& style)
     return ClimbToHeir(style).GetParent() != nullptr;
 }
 
-/// Whether the values of substyles of `source` and `target` come from the same style when both are copied plainly: the same
-/// number of owners up, both reach a style with the same parent.
+/// Whether the values of substyles of `source` and `target` come from the same style when both are copied plainly: the
+/// same number of owners up, both reach a style with the same parent.
 bool InheritAlike(const Style& source, const Style& target)
 {
     const Style* theirs = &source;
@@ -131,9 +131,8 @@ bool Style::Flatten(std::set<PropertyKey>& changed)
         }
     }
     m_parent = nullptr;
-    // KEPT: the answer is about the whole set, so a set that held keys before gives true although nothing changed now. Hosts
-    // flatten several styles into one set.
-    // Pinned by StyleMerge.FlatteningIntoASetThatIsNotEmptyAnswersTrue
+    // KEPT: the answer is about the whole set, so a set that held keys before gives true although nothing changed now.
+    // Hosts flatten several styles into one set. Pinned by StyleMerge.FlatteningIntoASetThatIsNotEmptyAnswersTrue
     return !changed.empty();
 }
 

@@ -116,8 +116,8 @@ void Style::SetProperty(const PropertyKey& key, const Any& value)
     const BaseStyleProperty* definition = category ? category->GetStyleProperty(name) : nullptr;
     Any copy(value);
 
-    // KEPT: unlike the other form, this one destroys and removes the old value before it asks for the new one, so that an
-    // unknown key, or a definition that throws, leaves the property cleared. Hosts clear properties in this way.
+    // KEPT: unlike the other form, this one destroys and removes the old value before it asks for the new one, so that
+    // an unknown key, or a definition that throws, leaves the property cleared. Hosts clear properties in this way.
     // Pinned by StyleMutation.SettingACopyRemovesTheOldValueFirst
     auto old = m_properties.extract(name);
     Departing departing(old.empty() ? nullptr : definition, old.empty() ? nullptr : &old.mapped());
@@ -156,9 +156,9 @@ void Style::SetProperty(const PropertyKey& key, Any&& value)
     Any result = Detail::Callable(*definition).MovePropertyData(this, std::move(value));
     if (result.IsEmpty())
     {
-        // KEPT: the old value is removed without being destroyed, so a substyle in it belongs to nobody from then on. A host
-        // that keeps a pointer to the substyle it clears in this way relies on it.
-        // Pinned by StyleMutation.SettingAnEmptyValueByMoveRemovesTheOldOneWithoutDestroyingIt
+        // KEPT: the old value is removed without being destroyed, so a substyle in it belongs to nobody from then on. A
+        // host that keeps a pointer to the substyle it clears in this way relies on it. Pinned by
+        // StyleMutation.SettingAnEmptyValueByMoveRemovesTheOldOneWithoutDestroyingIt
         m_properties.erase(name);
         return;
     }

@@ -9,8 +9,8 @@
 namespace Styles::Detail
 {
 
-/// Whether `candidate`, a value about to be stored under `definition`, names a style that lives inside `old`, a stored value
-/// of that definition, so that destroying `old` would destroy it.
+/// Whether `candidate`, a value about to be stored under `definition`, names a style that lives inside `old`, a stored
+/// value of that definition, so that destroying `old` would destroy it.
 [[nodiscard]] bool RefersInto(const BaseStyleProperty& definition, const Any& old, const Any& candidate);
 
 /// Whether `wanted` is one of the styles inside the values of `style`, at any depth.
@@ -42,8 +42,8 @@ private:
     std::vector<const Style*> m_added;
 };
 
-/// Whether storing the styles in `value`, which `source` has under `definition`, in `target` would put a style into its own
-/// inside, or bring in once more what is being brought in around `target`. Never for values without styles.
+/// Whether storing the styles in `value`, which `source` has under `definition`, in `target` would put a style into its
+/// own inside, or bring in once more what is being brought in around `target`. Never for values without styles.
 [[nodiscard]] bool WouldNestEndlessly(const BaseStyleProperty& definition, const Any& value, const Style& source,
                                       const Style& target);
 

@@ -12,9 +12,9 @@ BaseStyleProperty::BaseStyleProperty(VelPref::Validator* validator, Any defaultV
     : m_validator(validator), m_defaultValue(std::move(defaultValue)), m_newSinceVersion(newSinceVersion)
 {}
 
-// KEPT: the copy shares the validator, which both would delete. A definition is not copied once it is registered; a host that
-// copies one keeps the copy from being destroyed.
-// Pinned by BaseStyleProperty.ACopySharesTheValidatorOfItsSource
+// KEPT: the copy shares the validator, which both would delete. A definition is not copied once it is registered; a
+// host that copies one keeps the copy from being destroyed. Pinned by
+// BaseStyleProperty.ACopySharesTheValidatorOfItsSource
 BaseStyleProperty::BaseStyleProperty(const BaseStyleProperty& other) = default;
 
 BaseStyleProperty& BaseStyleProperty::operator=(const BaseStyleProperty& other) = default;

@@ -69,8 +69,8 @@ void ForEachElement(const Any& value, const Action& action)
     }
 }
 
-/// Stores a list made for `style` without copying its elements once more; where the style's category does not know the key,
-/// the elements are deleted.
+/// Stores a list made for `style` without copying its elements once more; where the style's category does not know the
+/// key, the elements are deleted.
 void StoreList(const BaseStyleProperty& definition, Style& style, const PropertyKey& key, ListUnderConstruction& list)
 {
     if (Detail::StyleAccess::FindDefinition(style, key) != nullptr)
@@ -184,9 +184,9 @@ std::vector<Style*> StyleArrayProperty::GetDependencies(const Any& value, StyleS
 bool StyleArrayProperty::HasDependency(const Any& value, StyleSpan styles, bool direct) const
 {
     const StyleList& list = ListOf(value);
-    // KEPT: directly, only the parents of the elements count here, while the direct form of `GetDependencies` lists exactly
-    // the elements themselves. Deleting a style asks for parents, listing what a style refers to asks for elements.
-    // Pinned by StyleArrayProperty.DirectlyParentsAreDependenciesAndElementsAreListed
+    // KEPT: directly, only the parents of the elements count here, while the direct form of `GetDependencies` lists
+    // exactly the elements themselves. Deleting a style asks for parents, listing what a style refers to asks for
+    // elements. Pinned by StyleArrayProperty.DirectlyParentsAreDependenciesAndElementsAreListed
     return std::any_of(list.begin(), list.end(), [&](const Style* element) {
         if (element == nullptr)
         {
@@ -214,9 +214,8 @@ void StyleArrayProperty::RemoveDependency(Any& value, StyleSpan styles, bool dir
 bool StyleArrayProperty::HasParentalDependency(const Any& value) const
 {
     const StyleList& list = ListOf(value);
-    return std::any_of(list.begin(), list.end(), [](const Style* element) {
-        return element != nullptr && element->HasParentalDependency();
-    });
+    return std::any_of(list.begin(), list.end(),
+                       [](const Style* element) { return element != nullptr && element->HasParentalDependency(); });
 }
 
 void StyleArrayProperty::RemoveAllDependencies(Any& value) const
@@ -258,10 +257,10 @@ bool StyleArrayProperty::FlattenProperty(Style* style, const PropertyKey& key) c
     }
     const StyleList& list = ListOf(value);
     const bool isOwn = style->DoesOverrideProperty(key);
-    if (!isOwn && (Detail::WorkInProgress::IsTooDeep() ||
-                   std::any_of(list.begin(), list.end(), [](const Style* element) {
-                       return element != nullptr && Detail::WorkInProgress::Includes(*element);
-                   })))
+    if (!isOwn &&
+        (Detail::WorkInProgress::IsTooDeep() || std::any_of(list.begin(), list.end(), [](const Style* element) {
+             return element != nullptr && Detail::WorkInProgress::Includes(*element);
+         })))
     {
         return false;
     }
@@ -285,9 +284,9 @@ bool StyleArrayProperty::IsEqual(const Any& a, const Any& b) const
 {
     const StyleList& left = ListOf(a);
     const StyleList& right = ListOf(b);
-    // KEPT: lists of different lengths compare equal. Looks wrong, and `IsLess` orders them; hosts rely on a list not being
-    // reported as changed when elements were added to it.
-    // Pinned by StyleArrayProperty.ListsOfDifferentLengthsCompareEqual
+    // KEPT: lists of different lengths compare equal. Looks wrong, and `IsLess` orders them; hosts rely on a list not
+    // being reported as changed when elements were added to it. Pinned by
+    // StyleArrayProperty.ListsOfDifferentLengthsCompareEqual
     if (left.size() != right.size())
     {
         return true;

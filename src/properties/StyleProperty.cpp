@@ -92,8 +92,8 @@ bool StyleProperty::Serialize(const StyleSheet& sheet, const Style* /*style*/, c
     }
     VelString text = m_conversionPolicy->ToText(value);
     static const PropertyKey patternId(VelString(L"patternId"));
-    // KEPT: an unsigned pattern identifier of all ones is written as minus one. Sheets have always said "no pattern" so.
-    // Pinned by StyleProperty.APatternIdOfAllOnesIsWrittenAsMinusOne
+    // KEPT: an unsigned pattern identifier of all ones is written as minus one. Sheets have always said "no pattern"
+    // so. Pinned by StyleProperty.APatternIdOfAllOnesIsWrittenAsMinusOne
     if (GetPropertyName() == patternId && text == L"4294967295")
     {
         text = VelString(L"-1");
@@ -115,9 +115,9 @@ bool StyleProperty::Deserialize(const StyleSheet& /*sheet*/, Style* style, const
     }
     catch (const VelPref::Detail::BadConversion&)
     {
-        // KEPT: four properties, by name, take a neutral value in the place of a text that cannot be read; sheets of old hold
-        // such texts. Any other property fails.
-        // Pinned by StyleProperty.ScalesAnglesAndSkewsThatCannotBeReadTakeANeutralValue
+        // KEPT: four properties, by name, take a neutral value in the place of a text that cannot be read; sheets of
+        // old hold such texts. Any other property fails. Pinned by
+        // StyleProperty.ScalesAnglesAndSkewsThatCannotBeReadTakeANeutralValue
         const Any* fallback = FindFallback(GetPropertyName());
         if (fallback == nullptr)
         {

@@ -116,9 +116,8 @@ Any StyleSetProperty::MovePropertyData(Style* newOwner, Any&& value)
 
 std::vector<Style*> StyleSetProperty::GetDependencies(const Any& value, StyleSpan styles, bool direct)
 {
-    // KEPT: the substyle itself is not listed, also where `HasDependency` counts it: it goes with its owner, and callers list
-    // the styles of a sheet.
-    // Pinned by StyleSetProperty.TheSubstyleItselfIsADependencyThatIsNotListed
+    // KEPT: the substyle itself is not listed, also where `HasDependency` counts it: it goes with its owner, and
+    // callers list the styles of a sheet. Pinned by StyleSetProperty.TheSubstyleItselfIsADependencyThatIsNotListed
     Style* substyle = SubstyleOf(value);
     if (substyle == nullptr)
     {

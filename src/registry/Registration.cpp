@@ -15,8 +15,8 @@ StyleManager& Manager()
     return VelUtils::Singleton<StyleManager, 0>::GetInstance();
 }
 
-/// Adds a substyle property to `category`, named like the category of its substyles, unless `category` is unknown or has a
-/// property of that name.
+/// Adds a substyle property to `category`, named like the category of its substyles, unless `category` is unknown or
+/// has a property of that name.
 void AddSubstyleProperty(const PropertyKey& category, const PropertyKey& name)
 {
     if (!Manager().CategoryExists(category) || Manager().GetCategory(category)->GetProperties().contains(name))

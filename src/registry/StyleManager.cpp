@@ -54,9 +54,9 @@ void StyleManager::DeregisterCategory(const PropertyKey& name)
     {
         m_categoryNames.erase(listed);
     }
-    // KEPT: the list of style-set categories still has the name. A host that registers the category again, and then the base
-    // category, finds its substyle property as before.
-    // Pinned by StyleManager.ADeregisteredStyleSetCategoryStaysListed
+    // KEPT: the list of style-set categories still has the name. A host that registers the category again, and then the
+    // base category, finds its substyle property as before. Pinned by
+    // StyleManager.ADeregisteredStyleSetCategoryStaysListed
 }
 
 void StyleManager::Reset()

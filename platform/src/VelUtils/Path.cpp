@@ -11,8 +11,10 @@ namespace
 
 #if defined(_WIN32)
 constexpr VelStringView kSeparators = L"\\/";
+constexpr VelStringView kReserved(L"\\/<>:\"|?*\0", 10);
 #else
 constexpr VelStringView kSeparators = L"/";
+constexpr VelStringView kReserved(L"/\0", 2);
 #endif
 
 bool IsSeparator(wchar_t unit) noexcept
@@ -41,6 +43,12 @@ VelString Combine(const VelString& folder, const VelString& name)
     }
     path += VelStringView(name).substr(ends && begins ? 1 : 0);
     return path;
+}
+
+bool IsFileName(const VelString& name) noexcept
+{
+    const VelStringView view = name;
+    return !view.empty() && view != L"." && view != L".." && view.find_first_of(kReserved) == VelStringView::npos;
 }
 
 } // namespace VelUtils::SystemIO::Path

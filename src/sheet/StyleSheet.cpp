@@ -1,0 +1,313 @@
+// The named collection that owns styles.
+
+#include <styles/StyleSheet.h>
+
+#include "core/StyleAccess.h"
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <utility>
+
+namespace Styles
+{
+
+namespace
+{
+
+int CurrentVersion()
+{
+    return VelUtils::Singleton<StyleManager, 0>::GetInstance().GetCurrentVersion();
+}
+
+PropertyKey CategoryNameOf(const Style* style)
+{
+    return style != nullptr ? style->GetCategoryName() : PropertyKey::Empty;
+}
+
+} // namespace
+
+StyleSheet::StyleSheet() : m_stylesByName(nullptr), m_namesByStyle(nullptr), m_version(CurrentVersion())
+{
+    auto stylesByName = std::make_unique<NameMap>();
+    m_namesByStyle = new std::map<Style*, VelString>();
+    m_stylesByName = stylesByName.release();
+}
+
+// KEPT: the copy shares the very maps of its source, so only one of the two may be destroyed. Derived sheets hand a
+// sheet on in this way and let go of the source. Pinned by StyleSheet.ACopySharesTheCollectionOfItsSource
+StyleSheet::StyleSheet(const StyleSheet& other) = default;
+
+StyleSheet::~StyleSheet()
+{
+    StyleSheet::Clear();
+    delete m_stylesByName;
+    delete m_namesByStyle;
+}
+
+Style* StyleSheet::AddStyle(const VelString& name, Style* style, bool replace)
+{
+    const auto present = m_stylesByName->find(name);
+    if (present != m_stylesByName->end() && !replace)
+    {
+        DestroyStyle(style);
+        return nullptr;
+    }
+    // Both new entries are made before anything changes.
+    NameMap newName;
+    std::map<Style*, VelString> newStyle;
+    try
+    {
+        newName.emplace(name, style);
+        newStyle.emplace(style, name);
+    }
+    catch (...)
+    {
+        DestroyStyle(style);
+        throw;
+    }
+    Style* removed = nullptr;
+    if (present != m_stylesByName->end())
+    {
+        removed = present->second;
+        m_stylesByName->erase(present);
+        m_namesByStyle->erase(removed);
+    }
+    m_stylesByName->insert(newName.extract(newName.begin()));
+    const auto listed = m_namesByStyle->insert(newStyle.extract(newStyle.begin()));
+    if (!listed.inserted)
+    {
+        listed.position->second = listed.node.mapped();
+    }
+    return removed;
+}
+
+Style* StyleSheet::RemoveStyle(const VelString& name)
+{
+    const auto entry = m_stylesByName->find(name);
+    if (entry == m_stylesByName->end())
+    {
+        return nullptr;
+    }
+    Style* style = entry->second;
+    m_stylesByName->erase(entry);
+    m_namesByStyle->erase(style);
+    return style;
+}
+
+bool StyleSheet::RemoveStyle(Style* style)
+{
+    const auto entry = style != nullptr ? m_namesByStyle->find(style) : m_namesByStyle->end();
+    if (entry == m_namesByStyle->end())
+    {
+        return false;
+    }
+    const VelString name = entry->second;
+    RemoveStyle(name);
+    return true;
+}
+
+bool StyleSheet::DeleteStyles(StyleSpan styles)
+{
+    std::vector<Style*> sorted(styles.begin(), styles.end());
+    std::sort(sorted.begin(), sorted.end(), std::less<>());
+    for (const auto& entry : *m_stylesByName)
+    {
+        if (entry.second != nullptr)
+        {
+            entry.second->RemoveDependency(StyleSpan(sorted, true), true);
+        }
+    }
+    bool deleted = false;
+    for (Style* style : styles)
+    {
+        if (RemoveStyle(style))
+        {
+            DestroyStyle(style);
+            deleted = true;
+        }
+    }
+    return deleted;
+}
+
+void StyleSheet::Clear()
+{
+    m_version = CurrentVersion();
+    // A style that is listed under several names dies with the first entry that is not the one it is known by.
+    for (auto entry = m_stylesByName->begin(); entry != m_stylesByName->end(); ++entry)
+    {
+        Style* style = entry->second;
+        const auto known = m_namesByStyle->find(style);
+        if (style == nullptr || (known != m_namesByStyle->end() && known->second.CompareNoCase(entry->first) != 0))
+        {
+            continue;
+        }
+        if (known == m_namesByStyle->end())
+        {
+            std::for_each(std::next(entry), m_stylesByName->end(), [style](auto& later) {
+                if (later.second == style)
+                {
+                    later.second = nullptr;
+                }
+            });
+        }
+        entry->second = nullptr;
+        delete style;
+    }
+    m_stylesByName->clear();
+    m_namesByStyle->clear();
+}
+
+void StyleSheet::CopyContentsFrom(const StyleSheet& other, IStyleSheetDuplicationContext* context)
+{
+    if (other.m_stylesByName == m_stylesByName)
+    {
+        return;
+    }
+    VelString text;
+    other.ExportToString(text, /*includeTemporaries*/ true);
+    Clear();
+    ImportFromString(text, /*replace*/ true);
+    if (context != nullptr)
+    {
+        for (Style* style : GetStyles())
+        {
+            context->OnStyleDuplicated(style, false);
+        }
+    }
+    m_version = other.m_version;
+}
+
+void StyleSheet::MergeIn(StyleSheet& other, bool replace)
+{
+    // KEPT: the styles of this sheet, not of the other, are added once more, which destroys each of them under its own
+    // name (it stays listed, empty), and the styles of the other belong to nobody. Existing hosts have built on the
+    // outcome. Pinned by StyleSheet.MergingInWorksOnTheOwnStylesAndEmptiesTheNamesOfTheOther
+    const std::vector<std::pair<VelString, Style*>> entries(m_stylesByName->begin(), m_stylesByName->end());
+    for (const auto& [name, style] : entries)
+    {
+        DestroyStyle(AddStyle(name, style, replace));
+    }
+    other.m_stylesByName->clear();
+}
+
+Style* StyleSheet::GetStyle(const VelString& name) const
+{
+    const auto entry = m_stylesByName->find(name);
+    return entry != m_stylesByName->end() ? entry->second : nullptr;
+}
+
+std::vector<Style*> StyleSheet::GetStyles() const
+{
+    std::vector<Style*> styles;
+    styles.reserve(m_stylesByName->size());
+    for (const auto& entry : *m_stylesByName)
+    {
+        styles.push_back(entry.second);
+    }
+    return styles;
+}
+
+std::vector<Style*> StyleSheet::GetStylesByName(const std::vector<VelString>& names) const
+{
+    std::vector<Style*> styles;
+    for (const VelString& name : names)
+    {
+        if (Style* style = GetStyle(name))
+        {
+            styles.push_back(style);
+        }
+    }
+    return styles;
+}
+
+std::vector<Style*> StyleSheet::GetStylesByCategory(const PropertyKey& category) const
+{
+    std::vector<Style*> styles;
+    for (const auto& entry : *m_stylesByName)
+    {
+        if (entry.second != nullptr && CategoryNameOf(entry.second) == category)
+        {
+            styles.push_back(entry.second);
+        }
+    }
+    return styles;
+}
+
+StyleSheet::NameMap StyleSheet::GetChildStyles(const Style* parent) const
+{
+    NameMap children;
+    if (parent == nullptr)
+    {
+        return children;
+    }
+    for (const auto& [name, style] : *m_stylesByName)
+    {
+        if (style != nullptr && style->GetParent() == parent)
+        {
+            children.emplace_hint(children.end(), name, style);
+        }
+    }
+    return children;
+}
+
+void StyleSheet::GetDependencies(StyleSpan styles, std::vector<Style*>& dependants) const
+{
+    std::vector<Style*> found;
+    for (const auto& entry : *m_stylesByName)
+    {
+        if (entry.second != nullptr && Detail::StyleAccess::HasDependency(*entry.second, styles, false))
+        {
+            found.push_back(entry.second);
+        }
+    }
+    dependants.insert(dependants.end(), found.begin(), found.end());
+}
+
+Style* StyleSheet::GetExternalStyleAlias(const VelString& externalID, const VelString& externalName) const
+{
+    if (externalID.empty() || externalName.empty())
+    {
+        return nullptr;
+    }
+    const auto entry = std::find_if(m_stylesByName->begin(), m_stylesByName->end(), [&](const auto& candidate) {
+        return candidate.second != nullptr && candidate.second->GetExternalID().Compare(externalID) == 0 &&
+               candidate.second->GetExternalName().Compare(externalName) == 0;
+    });
+    return entry != m_stylesByName->end() ? entry->second : nullptr;
+}
+
+VelString StyleSheet::GetExternalID()
+{
+    return m_externalID;
+}
+
+void StyleSheet::SetExternalID(const VelString& id)
+{
+    m_externalID = id;
+}
+
+/// Destroys a style that the sheet lets go; one that is still listed becomes empty in its place.
+void StyleSheet::DestroyStyle(Style* style)
+{
+    if (style == nullptr || !IsListed(style))
+    {
+        delete style;
+        return;
+    }
+    *style = Style();
+}
+
+bool StyleSheet::IsListed(const Style* style) const
+{
+    if (m_namesByStyle->contains(const_cast<Style*>(style)))
+    {
+        return true;
+    }
+    // Only a style that was added under several names can be listed without being known by one of them.
+    return m_stylesByName->size() != m_namesByStyle->size() &&
+           std::any_of(m_stylesByName->begin(), m_stylesByName->end(),
+                       [style](const auto& entry) { return entry.second == style; });
+}
+
+} // namespace Styles
