@@ -161,7 +161,9 @@ void Writer::WriteDouble(double value)
     {
         digits.erase(1, 1);
     }
-    const int exponent = std::atoi(text + mark + 1);
+    const char* const power = text + mark + (text[mark + 1] == '+' ? 2 : 1);
+    int exponent = 0;
+    std::from_chars(power, end, exponent);
     const auto count = static_cast<int>(digits.size());
     if (std::signbit(value))
     {

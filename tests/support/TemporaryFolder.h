@@ -1,0 +1,71 @@
+#pragma once
+
+#include "VelPlatform/String.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace Support
+{
+
+/// A new, empty folder for one test; it goes, with all that is in it, when the test is through.
+class TemporaryFolder
+{
+public:
+    TemporaryFolder()
+    {
+        std::random_device random;
+        do
+        {
+            m_path = std::filesystem::temp_directory_path() / ("styles-test-" + std::to_string(random()));
+        } while (!std::filesystem::create_directory(m_path));
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+
+    const std::filesystem::path& GetPath() const { return m_path; }
+    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
+
+    /// The names in the folder, in order.
+    std::vector<std::string> GetNames() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(m_path))
+        {
+            names.push_back(entry.path().filename().string());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+private:
+    std::filesystem::path m_path;
+};
+
+inline VelPlatform::VelString ToText(const std::filesystem::path& path)
+{
+    return VelPlatform::ToWide(path.string());
+}
+
+inline std::string BytesOf(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline void WriteBytes(const std::filesystem::path& path, std::string_view bytes)
+{
+    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+} // namespace Support
