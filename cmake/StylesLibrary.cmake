@@ -12,10 +12,6 @@ function(styles_add_library target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "OUTPUT_NAME;SOURCES;INCLUDE;API" "")
 
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${arg_SOURCES}/*.cpp)
-  if(NOT sources)
-    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${target}_empty.cpp "")
-    set(sources ${CMAKE_CURRENT_BINARY_DIR}/${target}_empty.cpp)
-  endif()
   add_library(${target} ${sources})
   add_library(styles::${target} ALIAS ${target})
 

@@ -105,7 +105,7 @@ public:
     class Holder;
 
     /// Empty.
-    Any() noexcept : m_heap(nullptr), m_onHeap(true) {}
+    Any() noexcept : m_heap(nullptr) {}
 
     /// Holds a copy of `value` (or takes it over, from an rvalue). A text literal becomes a string.
     /// \throws whatever making the value or its holder throws.
@@ -150,7 +150,9 @@ public:
     [[nodiscard]] T& Get()
     {
         if (T* value = GetIf<T>())
+        {
             return *value;
+        }
         throw std::bad_cast();
     }
 
@@ -159,7 +161,9 @@ public:
     [[nodiscard]] const T& Get() const
     {
         if (const T* value = GetIf<T>())
+        {
             return *value;
+        }
         throw std::bad_cast();
     }
 
@@ -205,7 +209,7 @@ private:
         alignas(StorageAlignment) std::byte m_storage[StorageSize];
         HolderInterface* m_heap;
     };
-    bool m_onHeap;
+    bool m_onHeap = true;
 };
 
 /// What an `Any` asks of its value. The order of the operations is part of the interface.
@@ -267,9 +271,13 @@ public:
     [[nodiscard]] std::int32_t GetEnumValue() const noexcept override
     {
         if constexpr (std::is_enum_v<T>)
+        {
             return static_cast<std::int32_t>(value);
+        }
         else
+        {
             return 0;
+        }
     }
 
     T value;
@@ -293,34 +301,50 @@ public:
     [[nodiscard]] bool IsEqual(const HolderInterface& other) const override
     {
         if constexpr (EqualityComparable)
+        {
             return this->value == Base::ValueOf(other);
+        }
         else
+        {
             return false;
+        }
     }
     [[nodiscard]] bool IsLess(const HolderInterface& other) const override
     {
         // Pointers are ordered by address, which the built-in operator does not promise for unrelated ones.
         if constexpr (LessComparable && std::is_pointer_v<T>)
+        {
             return std::less<T>()(this->value, Base::ValueOf(other));
+        }
         else if constexpr (LessComparable)
+        {
             return this->value < Base::ValueOf(other);
+        }
         else
+        {
             return false;
+        }
     }
 };
 
 inline Any::Any(const Any& source) : Any()
 {
     if (!source.IsEmpty())
+    {
         source.GetHolder()->CloneInto(*this);
+    }
 }
 
-inline Any::Any(Any&& source) noexcept : m_heap(nullptr), m_onHeap(true)
+inline Any::Any(Any&& source) noexcept : m_heap(nullptr)
 {
     if (source.m_onHeap)
+    {
         m_heap = std::exchange(source.m_heap, nullptr);
+    }
     else
+    {
         source.GetHolder()->MoveInto(*this);
+    }
 }
 
 inline Any& Any::operator=(const Any& source)
@@ -328,7 +352,9 @@ inline Any& Any::operator=(const Any& source)
     if (IsEmpty())
     {
         if (!source.IsEmpty())
+        {
             source.GetHolder()->CloneInto(*this);
+        }
     }
     else if (GetType() == source.GetType())
     {
@@ -399,15 +425,21 @@ void Any::Emplace(Arguments&&... arguments)
 inline Any::~Any()
 {
     if (m_onHeap)
+    {
         delete m_heap;
+    }
     else
+    {
         GetHolder()->~HolderInterface();
+    }
 }
 
 inline bool operator==(const Any& a, const Any& b)
 {
     if (a.GetType() != b.GetType())
+    {
         return false;
+    }
     return a.IsEmpty() || a.GetHolder()->IsEqual(*b.GetHolder());
 }
 
@@ -416,7 +448,9 @@ inline bool operator<(const Any& a, const Any& b)
     const std::type_info& typeOfA = a.GetType();
     const std::type_info& typeOfB = b.GetType();
     if (typeOfA != typeOfB)
+    {
         return typeOfA.before(typeOfB);
+    }
     return !a.IsEmpty() && a.GetHolder()->IsLess(*b.GetHolder());
 }
 
