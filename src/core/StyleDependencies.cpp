@@ -21,47 +21,9 @@ namespace
 using Detail::DependencyWalk;
 using Detail::StyleAccess;
 
-/// The same members, sorted by address in `storage` unless they are sorted already.
-StyleSpan Sorted(StyleSpan styles, std::vector<Style*>& storage)
-{
-    if (styles.is_sorted())
-    {
-        return styles;
-    }
-    storage.assign(styles.begin(), styles.end());
-    std::sort(storage.begin(), storage.end(), std::less<>());
-    return StyleSpan(storage, true);
-}
-
 bool IsIn(StyleSpan styles, const Style* style)
 {
     return style != nullptr && styles.contains(style);
-}
-
-/// Whether `style` is a member, has a member for its parent, or has a value that depends on one. Parents are put aside.
-bool VisitForHasDependency(const Style& style, StyleSpan styles, DependencyWalk& walk)
-{
-    if (!walk.Meet(style))
-    {
-        return false;
-    }
-    if (IsIn(styles, &style) || IsIn(styles, style.GetParent()))
-    {
-        return true;
-    }
-    if (style.GetParent() != nullptr)
-    {
-        walk.PutAside(*style.GetParent());
-    }
-    for (const auto& [key, value] : StyleAccess::Properties(style))
-    {
-        const BaseStyleProperty* definition = StyleAccess::FindDefinition(style, key);
-        if (definition != nullptr && definition->HasDependency(value, styles, false))
-        {
-            return true;
-        }
-    }
-    return false;
 }
 
 void Append(std::vector<Style*>& styles, const std::vector<Style*>& more)
@@ -146,18 +108,6 @@ bool InheritsFromAny(const Style& style, StyleSpan styles)
     return ancestor != nullptr;
 }
 
-/// Whether `style` depends on a member of `styles`, at any distance, as a question of its own.
-bool AnswerHasDependency(const Style& style, StyleSpan styles)
-{
-    DependencyWalk walk(DependencyWalk::Question::HasAny, styles);
-    bool found = VisitForHasDependency(style, styles, walk);
-    while (const Style* aside = found ? nullptr : walk.TakeAside())
-    {
-        found = VisitForHasDependency(*aside, styles, walk);
-    }
-    return found;
-}
-
 } // namespace
 
 bool Style::HasDependency(StyleSpan styles) const
@@ -185,15 +135,15 @@ bool Style::HasDependency(StyleSpan styles, bool direct) const
     }
     if (DependencyWalk* walk = DependencyWalk::FindUnderWay(DependencyWalk::Question::HasAny, styles))
     {
-        return VisitForHasDependency(*this, styles, *walk);
+        return walk->Visit(*this);
     }
-    return AnswerHasDependency(*this, styles);
+    return Detail::DependsOnAny(*this, styles);
 }
 
 std::vector<Style*> Style::GetDependencies(StyleSpan styles, bool direct)
 {
     std::vector<Style*> storage;
-    return GetDependenciesImpl(Sorted(styles, storage), direct);
+    return GetDependenciesImpl(Detail::Sorted(styles, storage), direct);
 }
 
 std::vector<Style*> Style::GetDependenciesImpl(StyleSpan styles, bool direct)
@@ -221,7 +171,7 @@ std::vector<Style*> Style::GetDependenciesImpl(StyleSpan styles, bool direct)
 bool Style::HasParentalDependency(StyleSpan styles) const
 {
     // What holds for a style further up holds for the parent's dependencies, which reach all the way up.
-    return m_parent != nullptr && AnswerHasDependency(*m_parent, styles);
+    return m_parent != nullptr && Detail::DependsOnAny(*m_parent, styles);
 }
 
 bool Style::HasParentalDependency() const
@@ -239,7 +189,7 @@ bool Style::HasParentalDependency() const
 void Style::RemoveDependency(StyleSpan styles, bool direct)
 {
     std::vector<Style*> storage;
-    const StyleSpan members = Sorted(styles, storage);
+    const StyleSpan members = Detail::Sorted(styles, storage);
     Detail::WorkInProgress work(*this);
 
     // The last style on the parent chain that goes: of a run of members, or of all members.

@@ -3,7 +3,7 @@
 #include <styles/Style.h>
 #include <styles/StyleProperty.h>
 
-#include "core/DefinitionCalls.h"
+#include "core/DependencyWalk.h"
 #include "core/StyleAccess.h"
 #include "core/StyleJson.h"
 #include "core/StylesInside.h"
@@ -166,14 +166,9 @@ std::vector<Style*> StyleArrayProperty::GetDependencies(const Any& value, StyleS
         return found;
     }
     std::vector<Style*> storage;
-    if (!styles.is_sorted())
-    {
-        storage.assign(styles.begin(), styles.end());
-        std::sort(storage.begin(), storage.end(), std::less<>());
-        styles = StyleSpan(storage, true);
-    }
+    const StyleSpan members = Detail::Sorted(styles, storage);
     ForEachElement(value, [&](Style& element) {
-        const std::vector<Style*> more = element.GetDependencies(styles, false);
+        const std::vector<Style*> more = element.GetDependencies(members, false);
         found.insert(found.end(), more.begin(), more.end());
     });
     std::sort(found.begin(), found.end(), std::less<>());

@@ -2,7 +2,7 @@
 
 #include <styles/StyleSheet.h>
 
-#include "core/StyleAccess.h"
+#include "core/DependencyWalk.h"
 
 #include <algorithm>
 #include <functional>
@@ -109,13 +109,13 @@ bool StyleSheet::RemoveStyle(Style* style)
 
 bool StyleSheet::DeleteStyles(StyleSpan styles)
 {
-    std::vector<Style*> sorted(styles.begin(), styles.end());
-    std::sort(sorted.begin(), sorted.end(), std::less<>());
+    std::vector<Style*> storage;
+    const StyleSpan members = Detail::Sorted(styles, storage);
     for (const auto& entry : *m_stylesByName)
     {
         if (entry.second != nullptr)
         {
-            entry.second->RemoveDependency(StyleSpan(sorted, true), true);
+            entry.second->RemoveDependency(members, true);
         }
     }
     bool deleted = false;
@@ -253,14 +253,7 @@ StyleSheet::NameMap StyleSheet::GetChildStyles(const Style* parent) const
 
 void StyleSheet::GetDependencies(StyleSpan styles, std::vector<Style*>& dependants) const
 {
-    std::vector<Style*> found;
-    for (const auto& entry : *m_stylesByName)
-    {
-        if (entry.second != nullptr && Detail::StyleAccess::HasDependency(*entry.second, styles, false))
-        {
-            found.push_back(entry.second);
-        }
-    }
+    const std::vector<Style*> found = Detail::FindDependants(GetStyles(), styles);
     dependants.insert(dependants.end(), found.begin(), found.end());
 }
 
