@@ -47,6 +47,13 @@ struct StringHeader
     std::size_t capacity;
 };
 
+/// What the empty text points at, every module at its own.
+template <class CharT>
+struct VEL_HIDDEN EmptyText
+{
+    static constexpr CharT zero{};
+};
+
 /// One value handed to VelStringT::Format.
 template <class CharT>
 struct FormatArgument
@@ -139,7 +146,6 @@ public:
     using size_type = std::size_t;
     using difference_type = std::ptrdiff_t;
     using const_iterator = const CharT*;
-    using iterator = const_iterator;
     using View = VelStringViewT<CharT>;
 
     constexpr VelStringT() noexcept = default;
@@ -180,7 +186,7 @@ public:
     operator View() const noexcept { return m_text ? View(m_text, Header()->size) : View(c_str(), 0); }
 
     /// Ends in a zero; good until this object changes or dies.
-    const CharT* c_str() const noexcept { return m_text ? m_text : &s_zero; }
+    const CharT* c_str() const noexcept { return m_text ? m_text : &Detail::EmptyText<CharT>::zero; }
     const CharT* data() const noexcept { return c_str(); }
     /// In code units.
     std::size_t size() const noexcept { return m_text ? Header()->size : 0; }
@@ -322,7 +328,6 @@ public:
     }
 
 private:
-    static constexpr CharT s_zero{};
     static constexpr std::size_t kMaxSize =
         (static_cast<std::size_t>(PTRDIFF_MAX) - sizeof(Detail::StringHeader)) / sizeof(CharT) - 1;
 

@@ -2,7 +2,9 @@
 
 /// Marks what the platform library exports: VEL_API for functions, objects and classes that are compiled into the
 /// library, VEL_VISIBLE for class templates that live wholly in their header, so that every module of a process
-/// means the same type. A static library defines VEL_STATIC; the library itself is compiled with VEL_BUILDING.
+/// means the same type, and VEL_HIDDEN for what every module has for itself even so: an exported variable of a template
+/// would keep its module from ever being unloaded. A static library defines VEL_STATIC; the library itself is compiled
+/// with VEL_BUILDING.
 #if defined(VEL_STATIC)
 #    define VEL_API
 #elif defined(_WIN32)
@@ -17,6 +19,8 @@
 
 #if defined(_WIN32)
 #    define VEL_VISIBLE
+#    define VEL_HIDDEN
 #else
 #    define VEL_VISIBLE __attribute__((visibility("default")))
+#    define VEL_HIDDEN __attribute__((visibility("hidden")))
 #endif

@@ -68,6 +68,11 @@ public:
                         : std::find(begin(), end(), wanted) != end();
     }
 
+    constexpr bool contains(std::nullptr_t) const requires std::is_pointer_v<value_type>
+    {
+        return contains(value_type());
+    }
+
 private:
     std::span<T> m_elements;
     bool m_sorted = false;

@@ -126,11 +126,12 @@ public:
 private:
     static void ForgetRecord();
 
-    static std::atomic<SingletonRecord*> s_record; // what the table gave, while this module is a user of it
-    static std::atomic<void*> s_made;              // the instance that this module's code made
-    static std::atomic<bool> s_finalizedAfterMaking;
-    static std::mutex s_moduleLock; // guards what stands below
-    static SingletonLibrary::ResetCallback* s_reset;
+    // Every module's own, whoever exports the functions.
+    VEL_HIDDEN static std::atomic<SingletonRecord*> s_record; // what the table gave, while this module is a user of it
+    VEL_HIDDEN static std::atomic<void*> s_made;              // the instance that this module's code made
+    VEL_HIDDEN static std::atomic<bool> s_finalizedAfterMaking;
+    VEL_HIDDEN static std::mutex s_moduleLock; // guards what stands below
+    VEL_HIDDEN static SingletonLibrary::ResetCallback* s_reset;
 };
 
 template <class T, int N>

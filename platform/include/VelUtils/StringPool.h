@@ -79,7 +79,7 @@ public:
     }
 
 private:
-    static const VelPlatform::VelString* GetEmpty()
+    VEL_HIDDEN static const VelPlatform::VelString* GetEmpty()
     {
         static const VelPlatform::VelString* const empty = PoolTag::Get().AddString(VelPlatform::VelString());
         return empty;
