@@ -165,8 +165,8 @@ private:
     void DestroyStyle(Style* style);
     [[nodiscard]] bool IsListed(const Style* style) const;
 
-    NameMap* m_stylesByName;
-    std::map<Style*, VelString>* m_namesByStyle;
+    NameMap* m_stylesByName = nullptr;
+    std::map<Style*, VelString>* m_namesByStyle = nullptr;
     int m_version;
     VelString m_externalID;
 };

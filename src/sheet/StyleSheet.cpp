@@ -27,7 +27,7 @@ PropertyKey CategoryNameOf(const Style* style)
 
 } // namespace
 
-StyleSheet::StyleSheet() : m_stylesByName(nullptr), m_namesByStyle(nullptr), m_version(CurrentVersion())
+StyleSheet::StyleSheet() : m_version(CurrentVersion())
 {
     auto stylesByName = std::make_unique<NameMap>();
     m_namesByStyle = new std::map<Style*, VelString>();
