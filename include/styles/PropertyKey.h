@@ -83,6 +83,9 @@ using PropertyPath = std::vector<PropertyKey>;
 } // namespace Styles
 
 /// Orders keys by the address of their pooled texts, without reading them.
+// KEPT: the order is not alphabetical, and another one in each run. Look-ups by key never touch a text; who needs a
+// stable order keeps a list or sorts by text. Pinned by
+// PropertyKey.ASetOfKeysIsInTheOrderOfTheirAddressesAndNotOfTheirTexts
 template <>
 struct std::less<Styles::PropertyKey>
 {

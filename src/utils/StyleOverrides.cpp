@@ -124,6 +124,9 @@ void ClearMatchingInheritedProperties(Style& style)
         for (; entry != values.end(); ++entry)
         {
             const auto& [key, value] = *entry;
+            // KEPT: since lists of different lengths compare equal, an own list with more or fewer elements than the
+            // inherited one is removed. What is no override to the definition is none here. Pinned by
+            // StyleOverrides.AListOfAnotherLengthThanTheInheritedOneIsRemoved
             const BaseStyleProperty* definition = Detail::StyleAccess::FindDefinition(style, key);
             if (definition != nullptr && !definition->IsEqual(value, style.GetInheritedProperty(key)))
             {
