@@ -25,12 +25,12 @@ constexpr std::uint64_t Mix(std::uint64_t a, std::uint64_t b) noexcept
 /// Two lanes, eight bytes each at a time: names are short, and a chain of multiplications is what costs.
 std::uint64_t Hash(const VelString& text) noexcept
 {
-    const wchar_t* const bytes = text.c_str();
+    const wchar_t* const units = text.c_str();
     constexpr std::size_t kPerWord = sizeof(std::uint64_t) / sizeof(wchar_t);
     const std::size_t size = text.size();
-    const auto word = [&](std::size_t at, std::size_t units) {
+    const auto word = [&](std::size_t at) {
         std::uint64_t value = 0;
-        std::memcpy(&value, bytes + at, units * sizeof(wchar_t));
+        std::memcpy(&value, units + at, sizeof value);
         return value;
     };
     std::uint64_t first = size;
@@ -38,19 +38,21 @@ std::uint64_t Hash(const VelString& text) noexcept
     std::size_t at = 0;
     for (; size - at >= 2 * kPerWord; at += 2 * kPerWord)
     {
-        first = Mix(first, word(at, kPerWord));
-        second = Mix(second, word(at + kPerWord, kPerWord));
+        first = Mix(first, word(at));
+        second = Mix(second, word(at + kPerWord));
     }
     if (size - at >= kPerWord)
     {
-        first = Mix(first, word(at, kPerWord));
+        first = Mix(first, word(at));
         at += kPerWord;
     }
-    if (size > at)
+    for (; at < size; ++at)
     {
-        second = Mix(second, word(at, size - at));
+        second = Mix(second, static_cast<std::uint64_t>(units[at]));
     }
-    return Mix(first, second);
+    // Names that differ in one digit must not end side by side: every bit has to reach the lowest ones.
+    const std::uint64_t hash = Mix(first, (second << 31) | (second >> 33));
+    return Mix(hash, hash >> 32);
 }
 
 } // namespace
