@@ -144,7 +144,8 @@ public:
     /// The first category, in key order, with exactly this UI name; `PropertyKey::Empty` when there is none.
     [[nodiscard]] PropertyKey UntranslateCategory(const VelString& uiName) const;
 
-    /// The version that new sheets get; -1 until it is set.
+    /// The version that new sheets get; -1 until it is set. A sheet is written without the properties that are newer
+    /// than its version, which below 0 are all of them: set the version at start-up.
     void SetCurrentVersion(int version) noexcept { m_currentVersion = version; }
     [[nodiscard]] int GetCurrentVersion() const noexcept { return m_currentVersion; }
 
