@@ -3,16 +3,14 @@
 /// The string that everything is named with: one pointer wide, its text shared between copies and copied only when
 /// one of them changes. Copies may be used from different threads; one object belongs to one thread at a time.
 
+#include "VelPlatform/StringDetail.h"
 #include "VelPlatform/VelApi.h"
 
 #include <atomic>
 #include <compare>
-#include <concepts>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <functional>
-#include <initializer_list>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -23,116 +21,12 @@
 namespace VelPlatform
 {
 
-template <class CharT>
-using VelStringViewT = std::basic_string_view<CharT>;
-
 /// How Compare() looks at letters.
 enum class CaseMode
 {
     Sensitive,
     Insensitive
 };
-
-template <class CharT>
-class VelStringT;
-
-namespace Detail
-{
-
-/// What stands in memory before the characters of a text. The capacity leaves the closing zero out.
-struct StringHeader
-{
-    std::atomic<std::size_t> references;
-    std::size_t size;
-    std::size_t capacity;
-};
-
-/// What the empty text points at, every module at its own.
-template <class CharT>
-struct VEL_HIDDEN EmptyText
-{
-    static constexpr CharT zero{};
-};
-
-/// One value handed to VelStringT::Format.
-template <class CharT>
-struct FormatArgument
-{
-    enum class Kind
-    {
-        Text,
-        Signed,
-        Unsigned,
-        Real
-    };
-
-    FormatArgument(VelStringViewT<CharT> value) noexcept : kind(Kind::Text), text(value) {}
-    FormatArgument(const VelStringT<CharT>& value) noexcept : kind(Kind::Text), text(value) {}
-    FormatArgument(const CharT* value) noexcept
-        : kind(Kind::Text), text(value ? VelStringViewT<CharT>(value) : VelStringViewT<CharT>())
-    {}
-    FormatArgument(double value) noexcept : kind(Kind::Real), real(value) {}
-    template <std::integral Number>
-    FormatArgument(Number value) noexcept
-        : kind(std::is_signed_v<Number> ? Kind::Signed : Kind::Unsigned), integer(static_cast<std::uint64_t>(value))
-    {}
-
-    Kind kind;
-    VelStringViewT<CharT> text;
-    std::uint64_t integer = 0;
-    double real = 0;
-};
-
-VEL_API int CompareFolded(VelStringViewT<wchar_t> left, VelStringViewT<wchar_t> right) noexcept;
-VEL_API int CompareFolded(VelStringViewT<char> left, VelStringViewT<char> right) noexcept;
-VEL_API VelStringViewT<wchar_t> Trimmed(VelStringViewT<wchar_t> text) noexcept;
-VEL_API VelStringViewT<char> Trimmed(VelStringViewT<char> text) noexcept;
-VEL_API VelStringT<wchar_t> FormatText(VelStringViewT<wchar_t> pattern,
-                                       std::initializer_list<FormatArgument<wchar_t>> arguments);
-VEL_API VelStringT<char> FormatText(VelStringViewT<char> pattern,
-                                    std::initializer_list<FormatArgument<char>> arguments);
-
-/// Orders by unsigned code unit: below, equal to or above zero.
-template <class CharT>
-int CompareUnits(VelStringViewT<CharT> left, VelStringViewT<CharT> right) noexcept
-{
-    const std::size_t common = left.size() < right.size() ? left.size() : right.size();
-    if constexpr (sizeof(CharT) == 1)
-    {
-        const int order = common == 0 ? 0 : std::memcmp(left.data(), right.data(), common);
-        if (order != 0)
-        {
-            return order;
-        }
-    }
-    else
-    {
-        using Unit = std::make_unsigned_t<CharT>;
-        for (std::size_t i = 0; i < common; ++i)
-        {
-            if (left[i] != right[i])
-            {
-                return static_cast<Unit>(left[i]) < static_cast<Unit>(right[i]) ? -1 : 1;
-            }
-        }
-    }
-    return static_cast<int>(left.size() > common) - static_cast<int>(right.size() > common);
-}
-
-template <class CharT>
-bool SameUnits(VelStringViewT<CharT> left, VelStringViewT<CharT> right) noexcept
-{
-    return left.size() == right.size() &&
-           (left.empty() || std::memcmp(left.data(), right.data(), left.size() * sizeof(CharT)) == 0);
-}
-
-template <class CharT>
-VelStringViewT<CharT> ViewOf(const CharT* zeroTerminated) noexcept
-{
-    return zeroTerminated ? VelStringViewT<CharT>(zeroTerminated) : VelStringViewT<CharT>();
-}
-
-} // namespace Detail
 
 /// A text of any length; zeros inside count like any other character. An empty string owns no memory. An object may
 /// be moved in memory by copying its bytes. Operations that need memory throw std::bad_alloc, or std::length_error
@@ -196,7 +90,7 @@ public:
     const CharT* begin() const noexcept { return c_str(); }
     const CharT* end() const noexcept { return c_str() + size(); }
 
-    /// The same text without an object's memory of its own growing: what fits before a reallocation.
+    /// How many units the text may have before it must be copied to a larger place.
     std::size_t capacity() const noexcept { return m_text ? Header()->capacity : 0; }
     /// Makes room for a text of `capacity` units, so that appending up to it needs no memory.
     void reserve(std::size_t capacity)

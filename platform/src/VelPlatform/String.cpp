@@ -37,7 +37,7 @@ template <class CharT>
 void AppendArgument(VelStringT<CharT>& text, const Detail::FormatArgument<CharT>& argument)
 {
     using Kind = typename Detail::FormatArgument<CharT>::Kind;
-    char digits[40]; // the longest is a double: sign, 17 digits, point, exponent
+    char digits[40] = {}; // the longest is a double: sign, 17 digits, point, exponent
     switch (argument.kind)
     {
     case Kind::Text:
