@@ -11,8 +11,8 @@ namespace VelUtils::SystemIO::Path
 /// separator is "/", on Windows "\", where "/" counts as one too.
 VEL_API VelPlatform::VelString Combine(const VelPlatform::VelString& folder, const VelPlatform::VelString& name);
 
-/// Whether `name` can name a file in a folder: not empty, not "." or "..", no separator, no zero character, and on Windows none
-/// of its reserved signs.
+/// Whether `name` can name a file in a folder: not empty, not "." or "..", no separator, no zero character, and on
+/// Windows none of its reserved signs.
 VEL_API bool IsFileName(const VelPlatform::VelString& name) noexcept;
 
 } // namespace VelUtils::SystemIO::Path

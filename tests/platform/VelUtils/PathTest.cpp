@@ -6,6 +6,7 @@
 
 using VelPlatform::VelString;
 using VelUtils::SystemIO::Path::Combine;
+using VelUtils::SystemIO::Path::IsFileName;
 
 #if defined(_WIN32)
 #    define SEPARATOR L"\\"
@@ -41,5 +42,24 @@ TEST(Path, ABackslashSeparatesOnlyOnWindows)
     EXPECT_EQ(L"folder\\name", Combine(L"folder\\", L"name"));
 #else
     EXPECT_EQ(L"folder\\/name", Combine(L"folder\\", L"name"));
+#endif
+}
+
+TEST(Path, AFileNameIsNeitherEmptyNorAPathNorCutByAZero)
+{
+    EXPECT_TRUE(IsFileName(L"name"));
+    EXPECT_TRUE(IsFileName(L"..."));
+    EXPECT_TRUE(IsFileName(L".hidden \u00E4"));
+    EXPECT_FALSE(IsFileName(L""));
+    EXPECT_FALSE(IsFileName(L"."));
+    EXPECT_FALSE(IsFileName(L".."));
+    EXPECT_FALSE(IsFileName(L"a/b"));
+    EXPECT_FALSE(IsFileName(L"/"));
+    EXPECT_FALSE(IsFileName(VelString(L"a\0b", 3)));
+#if defined(_WIN32)
+    EXPECT_FALSE(IsFileName(L"a\\b"));
+    EXPECT_FALSE(IsFileName(L"a:b"));
+#else
+    EXPECT_TRUE(IsFileName(L"a\\b"));
 #endif
 }
