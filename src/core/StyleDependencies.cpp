@@ -78,21 +78,20 @@ void ForEachDefinedValue(Style& style, const Action& action)
 
 /// What `style` inherits from `ancestor`, its parent, becomes its own, and it inherits from the next style up from then
 /// on.
-void TakeOver(Style& style, Style& ancestor, Detail::WorkInProgress& work)
+void TakeOver(Style& style, Style& ancestor)
 {
     style.MergeParentProperties(&ancestor);
     Style* next = ancestor.GetParent();
     style.SetParent(next != &style ? next : nullptr);
-    work.Add(ancestor);
 }
 
 /// What `style` inherits from its parents becomes its own, and it has no parent from then on.
-void TakeOverAll(Style& style, Detail::WorkInProgress& work)
+void TakeOverAll(Style& style)
 {
     Detail::ParentWalk ancestors(style);
     while (ancestors.Next() != nullptr && style.GetParent() != nullptr)
     {
-        TakeOver(style, *style.GetParent(), work);
+        TakeOver(style, *style.GetParent());
     }
     style.SetParent(nullptr); // a chain that closes on itself has been taken over all around
 }
@@ -190,7 +189,7 @@ void Style::RemoveDependency(StyleSpan styles, bool direct)
 {
     std::vector<Style*> storage;
     const StyleSpan members = Detail::Sorted(styles, storage);
-    Detail::WorkInProgress work(*this);
+    const Detail::WorkInProgress work(*this);
 
     // The last style on the parent chain that goes: of a run of members, or of all members.
     std::size_t count = 0;
@@ -211,11 +210,11 @@ void Style::RemoveDependency(StyleSpan styles, bool direct)
     }
     for (; count != 0 && m_parent != nullptr; --count)
     {
-        TakeOver(*this, *m_parent, work);
+        TakeOver(*this, *m_parent);
     }
     if (ancestors.IsClosed() && (direct ? IsIn(members, m_parent) : InheritsFromAny(*this, members)))
     {
-        TakeOverAll(*this, work); // the chain leads back to what went
+        TakeOverAll(*this); // the chain leads back to what went
     }
     ForEachDefinedValue(*this, [&](const BaseStyleProperty& definition, Any& value) {
         definition.RemoveDependency(value, members, direct);
@@ -224,8 +223,8 @@ void Style::RemoveDependency(StyleSpan styles, bool direct)
 
 void Style::RemoveAllDependencies()
 {
-    Detail::WorkInProgress work(*this);
-    TakeOverAll(*this, work);
+    const Detail::WorkInProgress work(*this);
+    TakeOverAll(*this);
     ForEachDefinedValue(
         *this, [](const BaseStyleProperty& definition, Any& value) { definition.RemoveAllDependencies(value); });
 }

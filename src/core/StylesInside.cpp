@@ -4,7 +4,9 @@
 #include "core/StyleAccess.h"
 
 #include <algorithm>
+#include <functional>
 #include <unordered_map>
+#include <utility>
 
 namespace Styles::Detail
 {
@@ -59,17 +61,65 @@ std::vector<const Style*> NamedStyles(const Any& value)
     return styles;
 }
 
-/// How often each style is marked, and how many works are under way.
+/// What is marked on one thread.
 struct Marks
 {
     std::unordered_map<const Style*, std::size_t> counts;
-    std::size_t depth = 0;
+    std::size_t depth = 0; ///< how many works are under way
+    /// For the copies that were made while works are under way: what each was made from.
+    std::unordered_map<const Style*, const Style*> originals;
+
+    const Style* FindOriginal(const Style* style) const
+    {
+        const auto entry = originals.find(style);
+        return entry != originals.end() ? entry->second : nullptr;
+    }
+
+    void Unmark(const Style* style) noexcept
+    {
+        const auto entry = counts.find(style);
+        if (--entry->second == 0)
+        {
+            counts.erase(entry);
+        }
+    }
 };
 
 Marks& MarksOfThisThread()
 {
     thread_local Marks marks;
     return marks;
+}
+
+std::vector<const Style*> StylesDirectlyIn(const BaseStyleProperty& definition, const Any& value)
+{
+    std::vector<const Style*> styles;
+    definition.ProcessStylesInProperty(value, [&styles](const Style* style) {
+        if (style != nullptr)
+        {
+            styles.push_back(style);
+        }
+        return true;
+    });
+    return styles;
+}
+
+/// Whether storing a copy of `value` in `target` would put a style into its own inside, or bring in what is marked.
+bool WouldNestEndlessly(const BaseStyleProperty& definition, const Any& value, const Style& target)
+{
+    return AnyStyleInside(definition, value, [&target](const Style& style) {
+        if (&style == &target || WorkInProgress::IsTooDeep() || WorkInProgress::Includes(style))
+        {
+            return true;
+        }
+        OwnerWalk owners(target);
+        const Style* owner = owners.Next();
+        while (owner != nullptr && owner != &style)
+        {
+            owner = owners.Next();
+        }
+        return owner != nullptr;
+    });
 }
 
 // As many containers as a document may have in each other.
@@ -95,36 +145,36 @@ bool HoldsStyle(const Style& style, const Style& wanted)
 }
 
 WorkInProgress::WorkInProgress(const Style& style)
+    : m_style(&style), m_original(MarksOfThisThread().FindOriginal(&style))
 {
-    Add(style);
-    ++MarksOfThisThread().depth;
+    Marks& marks = MarksOfThisThread();
+    ++marks.counts[m_style];
+    try
+    {
+        if (m_original != nullptr)
+        {
+            ++marks.counts[m_original];
+        }
+    }
+    catch (...)
+    {
+        marks.Unmark(m_style);
+        throw;
+    }
+    ++marks.depth;
 }
 
 WorkInProgress::~WorkInProgress()
 {
     Marks& marks = MarksOfThisThread();
-    --marks.depth;
-    for (const Style* style : m_added)
+    marks.Unmark(m_style);
+    if (m_original != nullptr)
     {
-        const auto entry = marks.counts.find(style);
-        if (--entry->second == 0)
-        {
-            marks.counts.erase(entry);
-        }
+        marks.Unmark(m_original);
     }
-}
-
-void WorkInProgress::Add(const Style& style)
-{
-    m_added.push_back(&style);
-    try
+    if (--marks.depth == 0)
     {
-        ++MarksOfThisThread().counts[&style];
-    }
-    catch (...)
-    {
-        m_added.pop_back();
-        throw;
+        marks.originals.clear();
     }
 }
 
@@ -138,28 +188,27 @@ bool WorkInProgress::IsTooDeep() noexcept
     return MarksOfThisThread().depth >= DeepestNesting;
 }
 
-bool WouldNestEndlessly(const BaseStyleProperty& definition, const Any& value, const Style& source, const Style& target)
+void BringIn(const BaseStyleProperty& definition, const Any& value, Any given, Style& target, const PropertyKey& key)
 {
-    if (value.IsEmpty())
+    if (!value.IsEmpty() && WouldNestEndlessly(definition, value, target))
     {
-        return false;
+        return;
     }
-    const bool comesBack = WorkInProgress::IsTooDeep() || WorkInProgress::Includes(source);
-    return AnyStyleInside(definition, value, [&](const Style& style) {
-        if (comesBack || &style == &target || WorkInProgress::Includes(style))
-        {
-            return true;
-        }
-        OwnerWalk owners(target);
-        while (const Style* owner = owners.Next())
-        {
-            if (owner == &style)
-            {
-                return true;
-            }
-        }
-        return false;
-    });
+    Marks& marks = MarksOfThisThread();
+    const std::vector<const Style*> originals =
+        marks.depth != 0 && !value.IsEmpty() ? StylesDirectlyIn(definition, value) : std::vector<const Style*>();
+    target.SetProperty(key, std::move(given));
+    const Any* stored = originals.empty() ? nullptr : StyleAccess::FindOwn(target, key);
+    if (stored == nullptr)
+    {
+        return;
+    }
+    const std::vector<const Style*> copies = StylesDirectlyIn(definition, *stored);
+    for (std::size_t index = 0; index < copies.size() && copies.size() == originals.size(); ++index)
+    {
+        const Style* first = marks.FindOriginal(originals[index]);
+        marks.originals[copies[index]] = first != nullptr ? first : originals[index];
+    }
 }
 
 } // namespace Styles::Detail

@@ -16,11 +16,11 @@ namespace Styles::Detail
 /// Whether `wanted` is one of the styles inside the values of `style`, at any depth.
 [[nodiscard]] bool HoldsStyle(const Style& style, const Style& wanted);
 
-/// Marks styles as being worked on while they are flattened or made independent, for as long as this object lives.
+/// Marks a style as being worked on while it is flattened or made independent, for as long as this object lives.
 ///
 /// In a category that nests in itself, a style inside a style may inherit from the very style around it. To bring such
 /// values in would go on for ever: each copy has the next one inside. So the styles on the way from the outermost style
-/// inwards, and the styles whose values were brought in on that way, are marked, and what would bring a marked style in
+/// inwards are marked, and so are the styles that copies among them were made from; what would bring a marked style in
 /// once more is left out. The marks are per thread.
 class WorkInProgress
 {
@@ -30,21 +30,18 @@ public:
     WorkInProgress& operator=(const WorkInProgress&) = delete;
     ~WorkInProgress();
 
-    /// Marks one more style.
-    void Add(const Style& style);
-
     [[nodiscard]] static bool Includes(const Style& style);
 
     /// Whether styles are nested as deep as a document can be: nothing deeper could be written.
     [[nodiscard]] static bool IsTooDeep() noexcept;
 
 private:
-    std::vector<const Style*> m_added;
+    const Style* m_style;
+    const Style* m_original;
 };
 
-/// Whether storing the styles in `value`, which `source` has under `definition`, in `target` would put a style into its
-/// own inside, or bring in once more what is being brought in around `target`. Never for values without styles.
-[[nodiscard]] bool WouldNestEndlessly(const BaseStyleProperty& definition, const Any& value, const Style& source,
-                                      const Style& target);
+/// Stores `given`, made from `value`, which a style has under `definition`, in `target`, for merging. Nothing is stored
+/// where that would put a style into its own inside, or bring in once more what is being brought in around `target`.
+void BringIn(const BaseStyleProperty& definition, const Any& value, Any given, Style& target, const PropertyKey& key);
 
 } // namespace Styles::Detail

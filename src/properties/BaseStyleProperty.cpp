@@ -86,20 +86,16 @@ void BaseStyleProperty::MergeProperty(Style* target, const Style* source, const 
         return;
     }
     const Any* own = Detail::StyleAccess::FindOwn(*source, key);
-    Any value(own != nullptr ? *own : source->GetInheritedProperty(key));
-    if (!Detail::WouldNestEndlessly(*this, value, *source, *target))
-    {
-        target->SetProperty(key, std::move(value));
-    }
+    const Any value(own != nullptr ? *own : source->GetInheritedProperty(key));
+    Detail::BringIn(*this, value, value, *target, key);
 }
 
 void BaseStyleProperty::MergeParentProperty(Style* target, const Style* source, const PropertyKey& key) const
 {
     Any value;
-    if (!target->DoesOverrideProperty(key) && source->GetProperty(key, value) &&
-        !Detail::WouldNestEndlessly(*this, value, *source, *target))
+    if (!target->DoesOverrideProperty(key) && source->GetProperty(key, value))
     {
-        target->SetProperty(key, std::move(value));
+        Detail::BringIn(*this, value, value, *target, key);
     }
 }
 

@@ -37,10 +37,9 @@ const Style* GivenSubstyleOf(const Any& value)
 /// Stores a copy of the own substyle of `source` in `target`, which has none.
 void CopySubstyle(const BaseStyleProperty& definition, Style& target, const Style& source, const PropertyKey& key)
 {
-    const Any* own = Detail::StyleAccess::FindOwn(source, key);
-    if (own != nullptr && !Detail::WouldNestEndlessly(definition, *own, source, target))
+    if (const Any* own = Detail::StyleAccess::FindOwn(source, key))
     {
-        target.SetProperty(key, Any(static_cast<const Style*>(source.GetSubstyle(key, false))));
+        Detail::BringIn(definition, *own, Any(static_cast<const Style*>(source.GetSubstyle(key, false))), target, key);
     }
 }
 
