@@ -149,7 +149,7 @@ endfunction()
 #
 # Tests of the tree itself, in Python, and the program of README.md, taken out of the page and compiled.
 function(styles_add_house_tests)
-  foreach(script IN ITEMS include_order kept_behaviour words)
+  foreach(script IN ITEMS include_order kept_behaviour guarantees words)
     add_test(NAME house/${script} COMMAND Python3::Interpreter -B ${CMAKE_CURRENT_SOURCE_DIR}/house/${script}.py)
     set_tests_properties(house/${script} PROPERTIES LABELS house)
   endforeach()

@@ -167,7 +167,8 @@ private:
 };
 
 /// Registers the base category "style", public, with a substyle property for each style-set category registered so far;
-/// the property is named like its category. A base category that exists already keeps its UI name and properties.
+/// the property is named like its category. A base category that exists already keeps its UI name and properties. When
+/// memory runs out, a new base category is gone again; one that existed keeps the properties that it got so far.
 STYLES_API void RegisterStyleCategory(const VelString& uiName);
 
 /// Deregisters the base category.

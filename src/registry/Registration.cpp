@@ -33,10 +33,22 @@ void AddSubstyleProperty(const PropertyKey& category, const PropertyKey& name)
 void RegisterStyleCategory(const VelString& uiName)
 {
     const std::vector<PropertyKey> styleSets = Manager().GetStyleSetCategoryNames();
+    const bool isNew = !Manager().CategoryExists(StyleCategoryName);
     Manager().RegisterCategory(StyleCategoryName, uiName, /*isStyleSet*/ false, /*isPublic*/ true);
-    for (const PropertyKey& styleSet : styleSets)
+    try
     {
-        AddSubstyleProperty(StyleCategoryName, styleSet);
+        for (const PropertyKey& styleSet : styleSets)
+        {
+            AddSubstyleProperty(StyleCategoryName, styleSet);
+        }
+    }
+    catch (...)
+    {
+        if (isNew)
+        {
+            DeregisterStyleCategory();
+        }
+        throw;
     }
 }
 

@@ -1,0 +1,27 @@
+"""Every public operation of the exported headers has its place in docs/guarantees.md."""
+
+import re
+
+import tree
+
+# What definitions override is described as a whole; what is no operation of its own needs no row.
+PASSED_OVER = {
+    "GetDefaultValue", "GetNewSinceVersion", "GetElementCategoryName", "NeedAdjustementsForStyleIO",
+    "DestroyPropertyData", "MovePropertyData", "SetOwner", "ProcessProperty", "MergeProperty",
+    "MergeParentProperty", "FlattenProperty", "IsEqual", "IsDeprecated", "IsLess", "ProcessStylesInProperty",
+    "CheckType", "IsTemporary", "IsSubstyle", "SetName", "CloneInto", "MoveInto", "Assign", "IsEnum",
+    "GetEnumValue", "GetCategory", "HoldsType", "Holder", "HolderInterface", "ValueOf", "BaseStyleProperty",
+    "GetPropertyName", "IStyleSheetDuplicationContext",
+}
+
+page = tree.read("docs/guarantees.md")
+named = set(re.findall(r"\b[A-Z]\w+", " ".join(re.findall(r"`([^`]*)`", page))))
+problems = []
+for path in tree.files(".h", under=("include/styles/",)):
+    text = re.sub(r"//.*", "", tree.read(path))
+    text = re.sub(r"private:.*?(?=\n};)", "", text, flags=re.DOTALL)
+    for name in re.findall(r"^[ \t]+(?:\[\[nodiscard\]\] |virtual |static |STYLES_API )*[\w:<>,&* ]+?[ &*]([A-Z]\w+)\(", text,
+                           re.MULTILINE):
+        if name not in named and name not in PASSED_OVER and not name.isupper():
+            problems.append(f"{path}: {name} has no row in docs/guarantees.md")
+tree.finish("guarantees", sorted(set(problems)))
