@@ -1,0 +1,217 @@
+#include "CommandLine.h"
+
+#include "Failure.h"
+#include "Output.h"
+
+#include <styles/StylesApi.h>
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
+namespace Inspect
+{
+
+namespace
+{
+
+const std::vector<Command>& Commands()
+{
+    static const std::vector<Command> commands{
+        {L"list", "", "the styles by category", 0, {}, &RunList},
+        {L"tree", "", "who inherits from whom", 0, {}, &RunTree},
+        {L"show",
+         "NAME [--no-defaults]",
+         "every value of a style, and where it comes from",
+         1,
+         {"--no-defaults"},
+         &RunShow},
+        {L"set",
+         "NAME PATH VALUE | NAME PATH --unset",
+         "gives a style a value of its own, or takes it away",
+         3,
+         {"-o", "--unset", "--lossy"},
+         &RunSet},
+        {L"export", "FILE", "writes the sheet to a file, - being the standard output", 1, {"--lossy"}, &RunExport}};
+    return commands;
+}
+
+std::string Help()
+{
+    std::string text = "Reads a style sheet under a schema, and answers questions about it.\n\n"
+                       "  styles-inspect --schema SCHEMA.json SHEET.json COMMAND ...\n\nCommands:\n";
+    for (const Command& command : Commands())
+    {
+        text += "  " + Shown(command.name) + (*command.usage != 0 ? " " : "") + command.usage + "\n      " +
+                command.summary + '\n';
+    }
+    return text + "\nA PATH leads through substyles and lists to a property: fill.angle, fill.gradient.stops[0].color\n"
+                  "\nOptions:\n"
+                  "  --schema FILE   the description of the schema\n"
+                  "  --no-defaults   show: only what the style or one that it inherits from says\n"
+                  "  --unset         set: takes the own value away, so that the style inherits again\n"
+                  "  -o FILE         set: saves to this file instead of the sheet's own, - being the standard output\n"
+                  "  --lossy         set, export: saves over a file also when it held what the schema does not know\n"
+                  "  --              what follows is no option\n"
+                  "  --help, --version\n"
+                  "\nStatus: 0 done, 1 bad input (nothing was saved), 2 bad command line\n";
+}
+
+std::string Version()
+{
+    return "styles-inspect " + std::to_string(STYLES_VERSION_MAJOR) + '.' + std::to_string(STYLES_VERSION_MINOR) + '.' +
+           std::to_string(STYLES_VERSION_PATCH) + '\n';
+}
+
+[[noreturn]] void Refuse(const std::string& message)
+{
+    throw Failure(message + "\n`styles-inspect --help` tells how it is used", Status::BadUsage);
+}
+
+/// Whether the argument is an option; negative numbers and "-" are none.
+bool LooksLikeOption(const VelString& argument)
+{
+    return argument.size() > 1 && argument[0] == L'-' && argument[1] != L'.' &&
+           !(argument[1] >= L'0' && argument[1] <= L'9');
+}
+
+class Parser
+{
+public:
+    explicit Parser(const std::vector<VelString>& arguments) : m_arguments(arguments) {}
+
+    CommandLine Parse()
+    {
+        bool optionsEnded = false;
+        while (m_next < m_arguments.size() && m_line.answer.empty())
+        {
+            const VelString& argument = m_arguments[m_next++];
+            if (!optionsEnded && argument == L"--")
+            {
+                optionsEnded = true;
+            }
+            else if (!optionsEnded && LooksLikeOption(argument))
+            {
+                ReadOption(argument);
+            }
+            else
+            {
+                m_words.push_back(argument);
+            }
+        }
+        if (m_line.answer.empty())
+        {
+            CheckWords();
+        }
+        return std::move(m_line);
+    }
+
+private:
+    void ReadOption(const VelString& argument)
+    {
+        const std::size_t equals = VelStringView(argument).find(L'=');
+        const VelString name(VelStringView(argument).substr(0, equals));
+        if (name == L"--schema")
+        {
+            m_line.schemaPath = ValueOf(argument, equals);
+        }
+        else if (name == L"-o")
+        {
+            m_line.request.outputPath = ValueOf(argument, equals);
+            m_commandOptions.push_back("-o");
+        }
+        else if (argument == L"--help" || argument == L"-h")
+        {
+            m_line.answer = Help();
+        }
+        else if (argument == L"--version")
+        {
+            m_line.answer = Version();
+        }
+        else if (bool* flag = FlagOf(argument))
+        {
+            *flag = true;
+            m_commandOptions.push_back(Shown(argument));
+        }
+        else
+        {
+            Refuse("there is no option " + Quoted(argument) + "; `--` before a text makes it none");
+        }
+    }
+
+    bool* FlagOf(const VelString& argument)
+    {
+        Request& request = m_line.request;
+        return argument == L"--unset"         ? &request.unset
+               : argument == L"--no-defaults" ? &request.noDefaults
+               : argument == L"--lossy"       ? &request.lossy
+                                              : nullptr;
+    }
+
+    /// What stands behind the equals sign, or next.
+    VelString ValueOf(const VelString& argument, std::size_t equals)
+    {
+        VelString value;
+        if (equals != VelStringView::npos)
+        {
+            value = VelString(VelStringView(argument).substr(equals + 1));
+        }
+        else if (m_next < m_arguments.size())
+        {
+            value = m_arguments[m_next++];
+        }
+        if (value.empty())
+        {
+            Refuse(Quoted(argument) + " needs a file");
+        }
+        return value;
+    }
+
+    void CheckWords()
+    {
+        if (m_line.schemaPath.empty())
+        {
+            Refuse("--schema is missing");
+        }
+        if (m_words.size() < 2)
+        {
+            Refuse(m_words.empty() ? "the sheet is missing" : "the command is missing");
+        }
+        m_line.sheetPath = m_words[0];
+        const auto command = std::find_if(Commands().begin(), Commands().end(),
+                                          [this](const Command& known) { return m_words[1] == known.name; });
+        if (command == Commands().end())
+        {
+            Refuse("there is no command " + Quoted(m_words[1]));
+        }
+        m_line.command = &*command;
+        m_line.request.arguments.assign(m_words.begin() + 2, m_words.end());
+        if (m_line.request.arguments.size() + (m_line.request.unset ? 1 : 0) != command->argumentCount)
+        {
+            Refuse("the command " + Quoted(command->name) + " takes " +
+                   (*command->usage != 0 ? command->usage : "no arguments"));
+        }
+        for (const std::string& option : m_commandOptions)
+        {
+            if (std::find(command->options.begin(), command->options.end(), option) == command->options.end())
+            {
+                Refuse("the command " + Quoted(command->name) + " takes no " + option);
+            }
+        }
+    }
+
+    const std::vector<VelString>& m_arguments;
+    std::size_t m_next = 0;
+    CommandLine m_line;
+    std::vector<VelString> m_words;
+    std::vector<std::string> m_commandOptions;
+};
+
+} // namespace
+
+CommandLine ParseCommandLine(const std::vector<VelString>& arguments)
+{
+    return Parser(arguments).Parse();
+}
+
+} // namespace Inspect

@@ -1,0 +1,37 @@
+/// \file
+/// What the user typed.
+#pragma once
+
+#include "Commands.h"
+
+#include <string>
+#include <vector>
+
+namespace Inspect
+{
+
+/// A command as the user sees it.
+struct Command
+{
+    const wchar_t* name;
+    const char* usage; ///< the arguments behind the name
+    const char* summary;
+    std::size_t argumentCount;
+    std::vector<std::string> options; ///< that this command takes
+    void (*run)(Session& session);
+};
+
+/// A command line that makes sense.
+struct CommandLine
+{
+    VelString schemaPath;
+    VelString sheetPath;
+    const Command* command = nullptr; ///< null when `answer` is all that was asked for
+    Request request;
+    std::string answer; ///< help or version
+};
+
+/// \throws Failure with `Status::BadUsage`.
+[[nodiscard]] CommandLine ParseCommandLine(const std::vector<VelString>& arguments);
+
+} // namespace Inspect

@@ -1,0 +1,50 @@
+/// \file
+/// The commands of the program, a source file each.
+#pragma once
+
+#include "Sheet.h"
+
+#include <ostream>
+#include <vector>
+
+namespace Inspect
+{
+
+/// What a command line says behind the name of the command.
+struct Request
+{
+    std::vector<VelString> arguments;
+    VelString outputPath; ///< -o; empty for the file of the sheet itself
+    bool unset = false;
+    bool noDefaults = false;
+    bool lossy = false;
+};
+
+/// What a command works with.
+struct Session
+{
+    const Schema& schema;
+    Sheet& sheet;
+    const Request& request;
+    std::ostream& out;
+    std::ostream& err;
+};
+
+/// \name The commands. Each throws `Failure` when it cannot do what it is asked; nothing is saved then.
+/// @{
+void RunList(Session& session);
+void RunTree(Session& session);
+void RunShow(Session& session);
+void RunSet(Session& session);
+void RunExport(Session& session);
+/// @}
+
+/// The style of that name. \throws Failure when there is none.
+[[nodiscard]] Styles::Style& FindStyle(const Sheet& sheet, const VelString& name);
+
+/// Saves the sheet to `path`, "-" being `session.out`. Warns of what the document leaves out because of its version.
+/// \throws Failure when this would lose what the sheet's own file holds and the schema does not know (unless
+/// `Request::lossy`), or when the file cannot be written; the file is as it was then.
+void SaveSheet(Session& session, const VelString& path);
+
+} // namespace Inspect

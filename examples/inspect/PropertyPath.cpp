@@ -1,0 +1,99 @@
+#include "PropertyPath.h"
+
+#include "Failure.h"
+#include "Output.h"
+
+#include <VelUtils/StringUtils.h>
+
+#include <utility>
+
+namespace Inspect
+{
+
+namespace
+{
+
+/// A step as it was typed: a name, and perhaps an index in brackets behind it.
+struct TypedStep
+{
+    VelString name;
+    bool hasIndex = false;
+    std::size_t index = 0;
+};
+
+TypedStep ParseStep(const VelString& text)
+{
+    const VelStringView view = text;
+    const std::size_t bracket = view.find(L'[');
+    if (bracket == VelStringView::npos)
+    {
+        return {text, false, 0};
+    }
+    TypedStep step{VelString(view.substr(0, bracket)), true, 0};
+    const VelStringView digits = view.substr(bracket + 1, view.size() - bracket - 2);
+    bool isNumber = view.back() == L']' && !digits.empty() && digits.size() <= 9;
+    for (const wchar_t digit : digits)
+    {
+        isNumber = isNumber && digit >= L'0' && digit <= L'9';
+        step.index = step.index * 10 + static_cast<std::size_t>(digit - L'0');
+    }
+    if (!isNumber)
+    {
+        throw Failure(Quoted(text) + " is no step of a path; an element of a list is written like stops[0]");
+    }
+    return step;
+}
+
+std::string NamesOf(const Styles::StyleCategory& category)
+{
+    std::string names;
+    for (const PropertyKey& name : category.GetPropertyNames())
+    {
+        names += (names.empty() ? "" : ", ") + Shown(name.GetText());
+    }
+    return names.empty() ? "none" : names;
+}
+
+} // namespace
+
+std::vector<PathStep> ParsePath(const VelString& path, std::shared_ptr<const Styles::StyleCategory> category)
+{
+    std::vector<PathStep> steps;
+    const std::vector<VelString> pieces =
+        VelUtils::String::Split(VelStringView(path), L'.', /*skipEmpty*/ false, /*trim*/ false);
+    for (const VelString& piece : pieces)
+    {
+        const std::string where = Shown(path) + ": ";
+        const TypedStep typed = ParseStep(piece);
+        PathStep step{FindProperty(*category, PropertyKey(typed.name)), category, typed.hasIndex, typed.index};
+        if (step.property.definition == nullptr)
+        {
+            throw Failure(where + "the category " + Quoted(category->GetCategoryName().GetText()) +
+                          " has no property " + Quoted(typed.name) + "; its properties: " + NamesOf(*category));
+        }
+        const bool isLast = &piece == &pieces.back();
+        const bool hasStyles = step.property.elementCategory != PropertyKey::Empty;
+        if (typed.hasIndex && (!step.property.isList || isLast))
+        {
+            throw Failure(where + Quoted(piece) + (isLast ? " is no property" : " is no list"));
+        }
+        if (!isLast && !hasStyles)
+        {
+            throw Failure(where + Quoted(typed.name) + " is a plain property; a path ends there");
+        }
+        if (!isLast && step.property.isList && !typed.hasIndex)
+        {
+            throw Failure(where + Quoted(typed.name) + " is a list; an element of it is written like " +
+                          Shown(typed.name) + "[0]");
+        }
+        if (!isLast)
+        {
+            const auto& manager = VelUtils::Singleton<Styles::StyleManager, 0>::GetInstance();
+            category = manager.GetCategory(step.property.elementCategory);
+        }
+        steps.push_back(std::move(step));
+    }
+    return steps;
+}
+
+} // namespace Inspect

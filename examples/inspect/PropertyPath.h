@@ -1,0 +1,29 @@
+/// \file
+/// Paths to properties as people type them: fill.angle, fill.stops[1].color
+#pragma once
+
+#include "OwnValues.h"
+
+#include <string>
+#include <vector>
+
+namespace Inspect
+{
+
+/// One step of a path: a property, and for a list the element that the path goes on in.
+struct PathStep
+{
+    Property property;
+    /// Of the style that has the property.
+    std::shared_ptr<const Styles::StyleCategory> category;
+    bool hasIndex = false;
+    std::size_t index = 0;
+};
+
+/// The steps of a path from a style of `category`. Every step but the last leads into a substyle or an element of a
+/// list; whether the list has such an element is not looked at. \throws Failure that names the step that does not
+/// exist, and those that do.
+[[nodiscard]] std::vector<PathStep> ParsePath(const VelString& path,
+                                              std::shared_ptr<const Styles::StyleCategory> category);
+
+} // namespace Inspect

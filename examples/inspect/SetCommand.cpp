@@ -1,0 +1,165 @@
+// set: gives a style a value of its own, or takes it away.
+
+#include "Commands.h"
+#include "EffectiveValues.h"
+#include "Failure.h"
+#include "Output.h"
+#include "PropertyPath.h"
+
+#include <styles/SubStyle.h>
+
+#include <string>
+
+namespace Inspect
+{
+
+namespace
+{
+
+/// The value that a text means for the property at the end of the path.
+Any ConvertValue(const std::vector<PathStep>& steps, const VelString& path, const VelString& text)
+{
+    const Property& property = steps.back().property;
+    const auto* policy = property.definition->GetConversionPolicy();
+    if (policy == nullptr)
+    {
+        throw Failure(Shown(path) + ": is " +
+                      (property.isList ? "a list; set a property of one of its elements"
+                                       : "a substyle; set one of its properties"));
+    }
+    try
+    {
+        return policy->FromText(text);
+    }
+    catch (const VelPref::Detail::BadConversion& error)
+    {
+        throw Failure(Shown(path) + ": " + Quoted(text) + " is no value: " + error.what());
+    }
+}
+
+/// Values that are newer than the sheet are not saved, and setting one would be in vain.
+void CheckVersion(const Sheet& sheet, const std::vector<PathStep>& steps, const VelString& path)
+{
+    for (const PathStep& step : steps)
+    {
+        const int newSince = step.property.definition->GetNewSinceVersion();
+        if (newSince > sheet.GetVersion())
+        {
+            throw Failure(Shown(path) + ": " + Quoted(step.property.key.GetText()) + " is new since version " +
+                          std::to_string(newSince) + "; a sheet of version " + std::to_string(sheet.GetVersion()) +
+                          " does not keep it");
+        }
+    }
+}
+
+/// The element of the list; of an inherited list, a copy is made first if `create`. Null when there is no own list.
+Style* FindElement(Style& style, const PathStep& step, const VelString& path, bool create)
+{
+    if (!style.DoesOverrideProperty(step.property.key) && create)
+    {
+        const Any inherited(style.GetProperty(step.property.key));
+        if (inherited.Is<StyleList>() && step.index < inherited.Get<StyleList>().size())
+        {
+            style.SetProperty(step.property.key, inherited);
+        }
+    }
+    const StyleList list = style.DoesOverrideProperty(step.property.key) || create
+                               ? style.GetProperty(step.property.key).Get<StyleList>()
+                               : StyleList();
+    if (step.index < list.size() && list[step.index] != nullptr)
+    {
+        return list[step.index];
+    }
+    if (!create)
+    {
+        return nullptr;
+    }
+    throw Failure(
+        Shown(path) + ": the list " + Quoted(step.property.key.GetText()) + " has " +
+        (list.empty() ? "no elements" : Counted(list.size(), "element") + ", 0 to " + std::to_string(list.size() - 1)));
+}
+
+/// The style that has the property at the end of the path. Its substyles on the way are made if `create`; otherwise
+/// null when one is missing.
+Style* FollowPath(Style& style, const std::vector<PathStep>& steps, const VelString& path, bool create)
+{
+    Style* reached = &style;
+    for (std::size_t index = 0; index + 1 < steps.size() && reached != nullptr; ++index)
+    {
+        const PathStep& step = steps[index];
+        if (step.hasIndex)
+        {
+            reached = FindElement(*reached, step, path, create);
+        }
+        else
+        {
+            reached = create ? Styles::GetOrCreateSubstyle(*reached, step.property.key)
+                             : reached->GetSubstyle(step.property.key, false);
+        }
+    }
+    return reached;
+}
+
+/// The path as `EffectiveValue` writes it.
+std::string WritePath(const std::vector<PathStep>& steps)
+{
+    std::string path;
+    for (const PathStep& step : steps)
+    {
+        path = PathTo(path, step.property.key) + (step.hasIndex ? '[' + std::to_string(step.index) + ']' : "");
+    }
+    return path;
+}
+
+/// What the style has at a path now, for people.
+std::string Describe(const Sheet& sheet, const Style& style, const std::string& path)
+{
+    const Origins origins(sheet);
+    bool isComplete = true;
+    for (const EffectiveValue& value : CollectEffectiveValues(origins, style, isComplete))
+    {
+        if (value.path == path)
+        {
+            const bool isInherited = !value.isOwn && value.origin.kind == Origin::Kind::Style;
+            return value.text + (value.isOwn ? "" : isInherited ? " (inherited)" : " (default)");
+        }
+    }
+    return "(none)";
+}
+
+} // namespace
+
+void RunSet(Session& session)
+{
+    const Request& request = session.request;
+    Style& style = FindStyle(session.sheet, request.arguments[0]);
+    const VelString& path = request.arguments[1];
+    const std::vector<PathStep> steps = ParsePath(path, style.GetCategory());
+    const PropertyKey& last = steps.back().property.key;
+    const std::string shownPath = WritePath(steps);
+    const std::string before = Describe(session.sheet, style, shownPath);
+    if (request.unset)
+    {
+        Style* holder = FollowPath(style, steps, path, /*create*/ false);
+        if (holder == nullptr || !holder->ClearProperty(last))
+        {
+            throw Failure(Quoted(session.sheet.GetStyleName(&style)) + " has no value of its own for " + Shown(path));
+        }
+    }
+    else
+    {
+        const Any value = ConvertValue(steps, path, request.arguments[2]);
+        CheckVersion(session.sheet, steps, path);
+        FollowPath(style, steps, path, /*create*/ true)->SetProperty(last, value);
+    }
+    const std::string after = Describe(session.sheet, style, shownPath);
+    const VelString& output = request.outputPath.empty() ? session.sheet.GetPath() : request.outputPath;
+    SaveSheet(session, output);
+    if (output != L"-")
+    {
+        session.out << Quoted(session.sheet.GetStyleName(&style)) << ' ' << shownPath << ": " << before << " -> "
+                    << after << "\nsaved to " << Shown(output) << '\n';
+    }
+}
+
+} // namespace Inspect

@@ -1,0 +1,120 @@
+#include "Sheet.h"
+
+#include "Failure.h"
+#include "Output.h"
+#include "OwnValues.h"
+#include "SheetCheck.h"
+
+#include <VelUtils/Stream.h>
+
+#include <map>
+#include <utility>
+
+namespace Inspect
+{
+
+Sheet::Sheet(const Schema& schema, const VelString& path) : m_path(path)
+{
+    const Document document = ReadDocument(path);
+    SheetReport report = CheckSheet(document, *this);
+    if (!report.mistakes.empty())
+    {
+        std::string message;
+        for (const std::string& mistake : report.mistakes)
+        {
+            message += (message.empty() ? "" : "\n") + mistake;
+        }
+        throw Failure(message);
+    }
+    VelUtils::MemoryStream stream(document.bytes);
+    if (!Import(stream, /*replace*/ false))
+    {
+        throw Failure(Shown(path) + ": cannot be read as a sheet");
+    }
+    m_losses = std::move(report.losses);
+    m_warnings = std::move(report.warnings);
+
+    const auto& root = document.value.Get<Json::Object>();
+    for (std::size_t index = 0; index < root.GetSize(); ++index)
+    {
+        m_categoryOrder.push_back(root.GetValueName(index));
+    }
+    for (const PropertyKey& category : schema.GetCategoryNames())
+    {
+        m_categoryOrder.push_back(category.GetText());
+    }
+    // Set before the import, the identity would become that of every style.
+    const Json::Variant* id = root.GetValue(VelString(L"id"));
+    if (id != nullptr && id->Is<VelString>())
+    {
+        SetExternalID(id->Get<VelString>());
+    }
+}
+
+std::vector<std::string> Sheet::GetValuesLeftOut() const
+{
+    std::map<std::string, std::pair<std::size_t, int>> counts; // in the order of their names
+    ForEachOwnValue(*this, [&](const OwnValue& value) {
+        const int newSince = value.definition->GetNewSinceVersion();
+        if (newSince > GetVersion())
+        {
+            auto& count = counts[Shown(value.style->GetCategoryName().GetText()) + '.' + Shown(value.key.GetText())];
+            ++count.first;
+            count.second = newSince;
+        }
+    });
+    std::vector<std::string> messages;
+    for (const auto& [name, count] : counts)
+    {
+        messages.push_back(Counted(count.first, "value") + " of " + name + " left out: new since version " +
+                           std::to_string(count.second) + ", and the sheet has version " +
+                           std::to_string(GetVersion()));
+    }
+    return messages;
+}
+
+std::string Sheet::ToBytes() const
+{
+    VelUtils::MemoryStream stream;
+    if (!Export(stream))
+    {
+        throw Failure(Shown(m_path) + ": the document cannot be made");
+    }
+    return stream.GetBytes();
+}
+
+void Sheet::Save(const VelString& path) const
+{
+    VelUtils::Stream stream = VelUtils::FileStream::Create(path);
+    if (!stream || !Export(stream) || !stream.Close())
+    {
+        throw Failure(Shown(path) + ": cannot be written; nothing was saved");
+    }
+}
+
+void Sheet::ExportJson(Json::Variant& out, bool includeTemporaries) const
+{
+    Json::Variant document = Json::Object();
+    StyleSheet::ExportJson(document, includeTemporaries);
+    auto& unordered = document.Get<Json::Object>();
+    auto& ordered = out.Get<Json::Object>();
+    const auto take = [&](const VelString& name) {
+        Json::Variant* value = unordered.GetValue(name);
+        if (value != nullptr && ordered.GetValue(name) == nullptr)
+        {
+            ordered.AddValue(name, std::move(*value));
+        }
+    };
+    take(VelString(L"version"));
+    take(VelString(L"id"));
+    for (const VelString& name : m_categoryOrder)
+    {
+        take(name);
+    }
+    for (std::size_t index = 0; index < unordered.GetSize(); ++index)
+    {
+        take(unordered.GetValueName(index));
+    }
+}
+
+} // namespace Inspect

@@ -1,0 +1,60 @@
+// What several commands do with the sheet.
+
+#include "Commands.h"
+#include "Failure.h"
+#include "Output.h"
+
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+namespace Inspect
+{
+
+namespace
+{
+
+bool AreSameFile(const VelString& one, const VelString& other)
+{
+    const auto pathOf = [](const VelString& text) {
+        const VelPlatform::VelStringA narrow = VelPlatform::ToNarrow(text);
+        return std::filesystem::path(std::u8string(narrow.begin(), narrow.end()));
+    };
+    std::error_code ignored; // a file that is not there yet is no other
+    return one == other || std::filesystem::equivalent(pathOf(one), pathOf(other), ignored);
+}
+
+} // namespace
+
+Styles::Style& FindStyle(const Sheet& sheet, const VelString& name)
+{
+    if (Styles::Style* style = sheet.GetStyle(name))
+    {
+        return *style;
+    }
+    throw Failure(Shown(sheet.GetPath()) + ": there is no style " + Quoted(name) + "; `list` shows those there are");
+}
+
+void SaveSheet(Session& session, const VelString& path)
+{
+    const Sheet& sheet = session.sheet;
+    if (!sheet.GetLosses().empty() && !session.request.lossy && AreSameFile(sheet.GetPath(), path))
+    {
+        throw Failure(Shown(sheet.GetPath()) + ": not saved, since what was passed over would be lost; " +
+                      "--lossy saves the rest");
+    }
+    for (const std::string& message : sheet.GetValuesLeftOut())
+    {
+        session.err << "styles-inspect: warning: " << Shown(sheet.GetPath()) << ": " << message << '\n';
+    }
+    if (path == L"-")
+    {
+        session.out << sheet.ToBytes();
+    }
+    else
+    {
+        sheet.Save(path);
+    }
+}
+
+} // namespace Inspect
