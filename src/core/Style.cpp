@@ -3,8 +3,8 @@
 #include <styles/Style.h>
 
 #include "core/DefinitionCalls.h"
-#include "core/LinkWalk.h"
 #include "core/StyleAccess.h"
+#include "core/StylesInside.h"
 
 #include <exception>
 #include <stdexcept>
@@ -14,18 +14,6 @@ namespace Styles
 
 namespace
 {
-
-/// Whether `style` is `holder` or a substyle inside it, at any depth.
-bool IsInside(const Style& style, const Style& holder)
-{
-    Detail::OwnerWalk owners(style);
-    const Style* current = &style;
-    while (current != nullptr && current != &holder)
-    {
-        current = owners.Next();
-    }
-    return current != nullptr;
-}
 
 /// The substyle that the owner of `heir` inherits under `key`; null where there is none.
 const Style* FindInheritedByOwner(const Style& heir, const PropertyKey& key)
@@ -62,12 +50,12 @@ Style::Style(Style* parent, const PropertyKey& categoryName) : Style()
 // Both delegate, so that a throw in the middle runs the destructor.
 Style::Style(const Style& other) : Style()
 {
-    *this = other;
+    Detail::StyleAccess::Copy(*this, other);
 }
 
 Style::Style(Style&& other) : Style()
 {
-    *this = std::move(other);
+    Detail::StyleAccess::Take(*this, other);
 }
 
 Style& Style::operator=(const Style& other)
@@ -76,39 +64,13 @@ Style& Style::operator=(const Style& other)
     {
         return *this;
     }
-    // The old values go last: `other` may be inside them, and they come back when a definition throws.
-    Style old;
-    old.m_properties.swap(m_properties);
-    old.m_parent = m_parent;
-    old.m_category = m_category;
-    old.m_externalID = m_externalID;
-    old.m_externalName = m_externalName;
-    m_parent = other.m_parent;
-    m_category = other.m_category;
-    m_externalID = other.m_externalID;
-    m_externalName = other.m_externalName;
-    try
+    if (Detail::HoldsStyle(other, *this))
     {
-        for (const auto& [key, value] : other.m_properties)
-        {
-            if (const BaseStyleProperty* definition = FindDefinition(key))
-            {
-                Any copy(value);
-                Detail::StyleAccess::Adopt(*this, *definition, key,
-                                           Detail::Callable(*definition).MovePropertyData(this, std::move(copy)));
-            }
-        }
+        Style copy(other); // this very style is copied too, so it must not change before
+        Detail::StyleAccess::Take(*this, copy);
+        return *this;
     }
-    catch (...)
-    {
-        m_properties.swap(old.m_properties); // `old` now destroys what was made
-        std::swap(m_category, old.m_category);
-        m_parent = old.m_parent;
-        m_externalID = old.m_externalID;
-        m_externalName = old.m_externalName;
-        throw;
-    }
-    old.ClearAllProperties();
+    Detail::StyleAccess::Copy(*this, other);
     return *this;
 }
 
@@ -118,22 +80,64 @@ Style& Style::operator=(Style&& other)
     {
         return *this;
     }
-    if (IsInside(*this, other))
+    if (Detail::HoldsStyle(other, *this))
     {
         return *this = static_cast<const Style&>(other); // taking the values would take this very style
     }
+    Detail::StyleAccess::Take(*this, other);
+    return *this;
+}
+
+void Detail::StyleAccess::Copy(Style& style, const Style& other)
+{
+    // The old values go last: `other` may be inside them, and they come back when a definition throws.
+    Style old;
+    old.m_properties.swap(style.m_properties);
+    old.m_parent = style.m_parent;
+    old.m_category = style.m_category;
+    old.m_externalID = style.m_externalID;
+    old.m_externalName = style.m_externalName;
+    style.m_parent = other.m_parent;
+    style.m_category = other.m_category;
+    style.m_externalID = other.m_externalID;
+    style.m_externalName = other.m_externalName;
+    try
+    {
+        for (const auto& [key, value] : other.m_properties)
+        {
+            if (const BaseStyleProperty* definition = style.FindDefinition(key))
+            {
+                Any copy(value);
+                Adopt(style, *definition, key, Callable(*definition).MovePropertyData(&style, std::move(copy)));
+            }
+        }
+    }
+    catch (...)
+    {
+        style.m_properties.swap(old.m_properties); // `old` now destroys what was made
+        std::swap(style.m_category, old.m_category);
+        style.m_parent = old.m_parent;
+        style.m_externalID = old.m_externalID;
+        style.m_externalName = old.m_externalName;
+        throw;
+    }
+    old.ClearAllProperties();
+}
+
+void Detail::StyleAccess::Take(Style& style, Style& other)
+{
     Style old; // `other` may be inside the old values
-    old.m_properties.swap(m_properties);
-    old.m_category = m_category;
-    m_parent = other.m_parent;
-    m_category = other.m_category;
-    m_externalID = other.m_externalID;
-    m_externalName = other.m_externalName;
-    m_properties.swap(other.m_properties);
+    old.m_properties.swap(style.m_properties);
+    old.m_category = style.m_category;
+    style.m_parent = other.m_parent;
+    style.m_category = other.m_category;
+    style.m_externalID = other.m_externalID;
+    style.m_externalName = other.m_externalName;
+    style.m_properties.swap(other.m_properties);
     std::exception_ptr failure;
     try
     {
-        RepairSubstyleOwnerPointers();
+        style.RepairSubstyleOwnerPointers();
     }
     catch (...)
     {
@@ -144,7 +148,6 @@ Style& Style::operator=(Style&& other)
     {
         std::rethrow_exception(failure);
     }
-    return *this;
 }
 
 Style::~Style()
@@ -159,7 +162,7 @@ Style::~Style()
 
 void Style::SwapData(Style& other)
 {
-    if (&other != this && (IsInside(*this, other) || IsInside(other, *this)))
+    if (&other != this && (Detail::HoldsStyle(other, *this) || Detail::HoldsStyle(*this, other)))
     {
         return;
     }

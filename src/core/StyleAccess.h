@@ -38,6 +38,12 @@ struct StyleAccess
     /// is destroyed through `definition`. When there is no memory the new value is destroyed instead.
     static void Adopt(Style& style, const BaseStyleProperty& definition, const PropertyKey& key, Any value);
 
+    /// Makes `style` a copy of `other`, which must not hold it. On a throw of a definition it is as it was.
+    static void Copy(Style& style, const Style& other);
+
+    /// Gives `style` the values of `other`, which must not hold it, and a copy of all else but the owner.
+    static void Take(Style& style, Style& other);
+
     /// Moves the values of `from` to `to`, which is empty, and gives it the category and the parent that they need. The
     /// owner links still name `from`, see `RepairOwners`.
     static void TakeValues(Style& to, Style& from) noexcept
