@@ -2,6 +2,8 @@
 
 #include <styles/StyleSheet.h>
 
+#include "core/StyleAccess.h"
+
 #include <VelUtils/TextStream.h>
 
 #include <exception>
@@ -38,11 +40,41 @@ int Truncate(double number)
     return number <= static_cast<double>(Limits::min()) ? Limits::min() : static_cast<int>(number);
 }
 
+/// Clears the values that hold styles and that a style of `category` would not destroy. There are such when a document
+/// holds a name in the blocks of two categories.
+void ClearStylesUnknownTo(const PropertyKey& category, Style& style)
+{
+    std::vector<PropertyKey> unknown;
+    for (const auto& [key, value] : Detail::StyleAccess::Properties(style))
+    {
+        const BaseStyleProperty* definition = Detail::StyleAccess::FindDefinition(style, key);
+        bool holdsStyles = false;
+        if (definition != nullptr)
+        {
+            definition->ProcessStylesInProperty(value, [&holdsStyles](Style*) { return holdsStyles = true; });
+        }
+        if (!holdsStyles)
+        {
+            continue;
+        }
+        const BaseStyleProperty* newDefinition = Manager().GetStyleProperty(category, key);
+        if (newDefinition == nullptr || !newDefinition->CheckType(value))
+        {
+            unknown.push_back(key);
+        }
+    }
+    for (const PropertyKey& key : unknown)
+    {
+        style.ClearProperty(key);
+    }
+}
+
 /// The styles that an import has replaced, each with its replacement; owned. They live until the heirs have been told.
 class ReplacedStyles
 {
 public:
-    ReplacedStyles() = default;
+    /// `destroy` is called for each of the styles in the end.
+    explicit ReplacedStyles(Delegate<void(Style*)> destroy) noexcept : m_destroy(destroy) {}
     ReplacedStyles(const ReplacedStyles&) = delete;
     ReplacedStyles& operator=(const ReplacedStyles&) = delete;
 
@@ -50,7 +82,12 @@ public:
     {
         for (const auto& entry : m_replacements)
         {
-            delete entry.first;
+            try
+            {
+                m_destroy(entry.first);
+            }
+            catch (...) // a definition; the next one goes all the same
+            {}
         }
     }
 
@@ -76,14 +113,9 @@ public:
         {
             return;
         }
-        for (auto entry = m_replacements.begin(); entry != m_replacements.end(); ++entry)
+        for (const auto& entry : m_replacements)
         {
-            // One document may hold a name twice, so a replacement may have been replaced in turn.
-            for (auto next = m_replacements.find(entry->second); next != m_replacements.end();
-                 next = m_replacements.find(entry->second))
-            {
-                entry->second = next->second;
-            }
+            FindLastReplacement(entry.first);
         }
         std::exception_ptr failure;
         for (Style* style : styles)
@@ -110,6 +142,22 @@ public:
     }
 
 private:
+    /// One document may hold a name many times, so a replacement may have been replaced in turn. All on the way from
+    /// `style` get the last one, so that no way is gone twice.
+    void FindLastReplacement(Style* style)
+    {
+        Style* last = style;
+        for (auto next = m_replacements.find(last); next != m_replacements.end(); next = m_replacements.find(last))
+        {
+            last = next->second;
+        }
+        for (auto next = m_replacements.find(style); next != m_replacements.end(); next = m_replacements.find(style))
+        {
+            style = std::exchange(next->second, last);
+        }
+    }
+
+    Delegate<void(Style*)> m_destroy;
     std::map<Style*, Style*> m_replacements;
     std::map<Style*, Style*> m_prepared;
 };
@@ -191,7 +239,8 @@ bool StyleSheet::ImportJson(Json::Object* root, bool replace)
     }
     bool hasVersion = false;
     std::unordered_set<const Style*> created;
-    ReplacedStyles replaced;
+    const auto destroy = [this](Style* style) { DestroyStyle(style); };
+    ReplacedStyles replaced(destroy);
 
     const auto createStyles = [&](const Json::Object& block) {
         for (std::size_t index = 0; index < block.GetSize(); ++index)
@@ -226,6 +275,7 @@ bool StyleSheet::ImportJson(Json::Object* root, bool replace)
             {
                 continue;
             }
+            ClearStylesUnknownTo(category, *style);
             style->SetCategory(category);
             style->DeserializeJson(*this, object);
             if (!m_externalID.empty())
