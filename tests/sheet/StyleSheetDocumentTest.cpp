@@ -1,0 +1,429 @@
+#include <styles/StyleSheet.h>
+
+#include "support/TestSheet.h"
+
+#include <gmock/gmock.h>
+
+#include <VelUtils/Stream.h>
+
+#include <memory>
+#include <string>
+#include <typeinfo>
+#include <vector>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+namespace Styles::Testing
+{
+
+namespace
+{
+
+class StyleSheetDocument : public SchemaFixture
+{
+protected:
+    TestSheet sheet;
+};
+
+VelString Name(const wchar_t* text)
+{
+    return VelString(text);
+}
+
+} // namespace
+
+TEST_F(StyleSheetDocument, HasVersionIdentityAndABlockForEachCategory)
+{
+    sheet.SetVersion(3);
+    sheet.SetExternalID(Name(L"the id"));
+    sheet.Add(L"b", Fill)->SetProperty(Angle, Any(45.0));
+    sheet.Add(L"A", Fill);
+    EXPECT_EQ(sheet.Write(), R"({
+ "version": 3.0,
+ "id": "the id",
+ "fill": {
+  "A": {},
+  "b": {
+   "angle": "45"
+  }
+ }
+})");
+}
+
+TEST_F(StyleSheetDocument, VersionZeroAndAnEmptyIdentityAreNotWritten)
+{
+    for (const int version : {0, -1})
+    {
+        sheet.SetVersion(version);
+        EXPECT_EQ(sheet.Write(), "{}");
+    }
+    sheet.Add(L"a", Fill);
+    EXPECT_EQ(sheet.Write(), "{\n \"fill\": {\n  \"a\": {}\n }\n}");
+}
+
+TEST_F(StyleSheetDocument, BlocksFollowTheOrderOfTheirKeys)
+{
+    sheet.SetVersion(0);
+    for (const PropertyKey& category : {Stop, Fill, Character, Outline})
+    {
+        sheet.AddStyle(category.GetText(), new Style(nullptr, category), false);
+    }
+    Json::Variant document = Json::Object();
+    sheet.ExportJson(document, false);
+    std::vector<PropertyKey> blocks;
+    for (std::size_t index = 0; index < document.Get<Json::Object>().GetSize(); ++index)
+    {
+        blocks.emplace_back(document.Get<Json::Object>().GetValueName(index));
+    }
+    EXPECT_EQ(blocks.size(), 4u);
+    EXPECT_TRUE(std::is_sorted(blocks.begin(), blocks.end(), std::less<PropertyKey>()));
+}
+
+TEST_F(StyleSheetDocument, StylesAreGroupedByCategoryAndName)
+{
+    Style* fill = sheet.Add(L"z", Fill);
+    Style* fillToo = sheet.Add(L"Y", Fill);
+    Style* outline = sheet.Add(L"x", Outline);
+    Style* without = sheet.Add(L"w", Key(L"unregistered"));
+    TestSheet::CategoryStyleMap map;
+    map[Key(L"left over")];
+    sheet.GenerateCategoryStyleMap(map);
+    EXPECT_EQ(map.size(), 3u);
+    EXPECT_THAT(map[Fill], ElementsAre(Pair(Name(L"Y"), fillToo), Pair(Name(L"z"), fill)));
+    EXPECT_THAT(map[Outline], ElementsAre(Pair(Name(L"x"), outline)));
+    EXPECT_THAT(map[PropertyKey::Empty], ElementsAre(Pair(Name(L"w"), without)));
+}
+
+TEST_F(StyleSheetDocument, AStyleWithoutCategoryIsReadBackOnlyWhereTheEmptyNameIsRegistered)
+{
+    sheet.SetVersion(0);
+    sheet.Add(L"a", Key(L"unregistered"));
+    const std::string document = sheet.Write();
+    EXPECT_EQ(document, "{\n \"\": {\n  \"a\": {}\n }\n}");
+    TestSheet without;
+    EXPECT_TRUE(without.Read(document));
+    EXPECT_THAT(without.GetStyles(), IsEmpty());
+    Manager().RegisterCategory(PropertyKey::Empty, Name(L"none"), false, false);
+    TestSheet with;
+    EXPECT_TRUE(with.Read(document));
+    ASSERT_THAT(with.GetStyleNames(), ElementsAre(Name(L"a")));
+    EXPECT_NE(with.Get(L"a")->GetCategory(), nullptr);
+    EXPECT_EQ(with.Get(L"a")->GetCategoryUIName(), Name(L"none"));
+}
+
+TEST_F(StyleSheetDocument, JsonIsAddedToAnObjectAndNothingElse)
+{
+    Json::Variant object = Json::Object();
+    object.Get<Json::Object>().AddValue(Name(L"mine"), true);
+    sheet.Add(L"a", Fill);
+    sheet.ExportJson(object, false);
+    EXPECT_EQ(object.Get<Json::Object>().GetValueName(0), Name(L"mine"));
+    EXPECT_NE(object.Get<Json::Object>().GetValue(Name(L"fill")), nullptr);
+    EXPECT_TRUE(object.Get<Json::Object>().GetValue(Name(L"version"))->Is<double>());
+    for (Json::Variant other : {Json::Variant(), Json::Variant(Json::Array()), Json::Variant(1.0)})
+    {
+        EXPECT_THROW(sheet.ExportJson(other, false), std::bad_cast);
+    }
+}
+
+TEST_F(StyleSheetDocument, TemporaryPropertiesAreWrittenWhenAskedFor)
+{
+    Manager().RegisterProperty(Fill, Key(L"temporary"), new TemporaryStyleProperty(nullptr, 1.0, 0));
+    sheet.Add(L"a", Fill)->SetProperty(Key(L"temporary"), Any(2.0));
+    VelString without, with;
+    sheet.ExportToString(without, false);
+    sheet.ExportToString(with, true);
+    EXPECT_EQ(Utf8(without).find("temporary"), std::string::npos);
+    EXPECT_NE(Utf8(with).find("\"temporary\": null"), std::string::npos);
+    VelUtils::MemoryStream stream;
+    EXPECT_TRUE(sheet.Export(stream));
+    EXPECT_EQ(stream.GetBytes(), Utf8(without));
+}
+
+TEST_F(StyleSheetDocument, TheStreamIsUtf8WithoutAByteOrderMark)
+{
+    sheet.SetVersion(0);
+    sheet.AddStyle(Text("Ünï \xF0\x9F\x8E\xA8"), new Style(nullptr, Fill), false);
+    VelUtils::MemoryStream stream;
+    EXPECT_TRUE(sheet.Export(stream));
+    EXPECT_EQ(stream.GetBytes(), "{\n \"fill\": {\n  \"Ünï \xF0\x9F\x8E\xA8\": {}\n }\n}");
+}
+
+TEST_F(StyleSheetDocument, AStreamThatRefusesIsAnsweredFalse)
+{
+    VelUtils::Stream nothing;
+    EXPECT_FALSE(sheet.Export(nothing));
+    VelUtils::MemoryStream closed;
+    EXPECT_TRUE(closed.Close());
+    EXPECT_FALSE(sheet.Export(closed));
+    Style* old = sheet.Add(L"old", Fill);
+    EXPECT_FALSE(sheet.Import(nothing, true));
+    EXPECT_THAT(sheet.GetStyles(), ElementsAre(old));
+}
+
+TEST_F(StyleSheetDocument, WhatIsExportedIsImported)
+{
+    Style* base = sheet.Add(L"Base", StyleCategoryName);
+    base->SetProperty(Note, Any(Name(L"of the base")));
+    Style* heir = sheet.Add(L"Heir", StyleCategoryName, base);
+    Style* fill = sheet.Add(L"Fill", Fill);
+    fill->SetProperty(PatternId, Any(std::uint32_t{0xFFFFFFFF}));
+    const Style substyle(fill, Fill);
+    heir->SetSubstyle(Fill, &substyle);
+    Style stop(nullptr, Stop);
+    stop.SetProperty(Position, Any(0.25));
+    heir->SetProperty(Stops, Any(std::vector<Style*>{&stop, &stop}));
+    sheet.SetVersion(2);
+    VelUtils::MemoryStream stream;
+    ASSERT_TRUE(sheet.Export(stream));
+
+    TestSheet copy;
+    VelUtils::MemoryStream bytes(stream.GetBytes());
+    ASSERT_TRUE(copy.Import(bytes, false));
+    EXPECT_EQ(copy.GetStyleNames(), sheet.GetStyleNames());
+    EXPECT_EQ(copy.GetVersion(), 2);
+    for (const VelString& name : sheet.GetStyleNames())
+    {
+        const Style& original = *sheet.GetStyle(name);
+        const Style& read = *copy.GetStyle(name);
+        EXPECT_EQ(read.GetCategoryName(), original.GetCategoryName());
+        EXPECT_EQ(copy.GetStyleName(read.GetParent()), sheet.GetStyleName(original.GetParent()));
+    }
+    EXPECT_EQ(EffectiveText(*copy.Get(L"Heir"), Note), Name(L"of the base"));
+    EXPECT_EQ(copy.Get(L"Heir")->GetSubstyle(Fill, false)->GetParent(), copy.Get(L"Fill"));
+    EXPECT_EQ(copy.Get(L"Fill")->GetProperty(PatternId).Get<std::uint32_t>(), 0xFFFFFFFF);
+    EXPECT_EQ(copy.Get(L"Heir")->GetProperty(Stops).Get<std::vector<Style*>>().size(), 2u);
+    EXPECT_EQ(copy.Write(), sheet.Write());
+}
+
+TEST_F(StyleSheetDocument, AParentMayComeLaterInTheBlockOrInALaterBlock)
+{
+    ASSERT_TRUE(sheet.Read(R"({"style": {"heir": {"inherits": "PARENT", "fill": {"inherits": "a fill"}}, "parent": {}},
+                               "fill": {"a fill": {}}, "outline": {"line": {"inherits": "later"}},
+                               "character": {"later": {}}})"));
+    EXPECT_EQ(sheet.Get(L"heir")->GetParent(), sheet.Get(L"parent"));
+    EXPECT_EQ(sheet.Get(L"heir")->GetSubstyle(Fill, false)->GetParent(), sheet.Get(L"a fill"));
+    EXPECT_EQ(sheet.Get(L"line")->GetParent(), sheet.Get(L"later"));
+}
+
+TEST_F(StyleSheetDocument, AnImportAddsToTheStylesThatAreThere)
+{
+    Style* old = sheet.Add(L"old", Fill);
+    EXPECT_TRUE(sheet.Read(R"({"fill": {"new": {"inherits": "old"}}})"));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"new"), Name(L"old")));
+    EXPECT_EQ(sheet.Get(L"new")->GetParent(), old);
+}
+
+TEST_F(StyleSheetDocument, WithoutReplacingAStyleThatIsThereStaysUnread)
+{
+    sheet.SetExternalID(Name(L"id"));
+    Style* old = sheet.Add(L"Name", Fill);
+    old->SetProperty(Angle, Any(1.0));
+    EXPECT_TRUE(sheet.Read(
+        R"({"outline": {"name": {"width": "2"}}, "fill": {"NAME": {"angle": "2", "inherits": "x"}, "x": {}}})"));
+    EXPECT_EQ(sheet.Get(L"name"), old);
+    EXPECT_EQ(sheet.GetStyleName(old), Name(L"Name"));
+    EXPECT_EQ(old->GetCategoryName(), Fill);
+    EXPECT_EQ(EffectiveNumber(*old, Angle), 1.0);
+    EXPECT_EQ(old->GetParent(), nullptr);
+    EXPECT_EQ(old->GetExternalID(), VelString());
+    EXPECT_EQ(sheet.Get(L"x")->GetExternalID(), Name(L"id"));
+}
+
+TEST_F(StyleSheetDocument, ReplacingReadsTheStyleInThePlaceOfTheOldOne)
+{
+    sheet.Add(L"Name", Fill)->SetProperty(Angle, Any(1.0));
+    EXPECT_TRUE(sheet.Read(R"({"fill": {"NAME": {"skew": "2"}}})", true));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"NAME")));
+    EXPECT_FALSE(sheet.Get(L"name")->DoesOverrideProperty(Angle));
+    EXPECT_EQ(EffectiveNumber(*sheet.Get(L"name"), Skew), 2.0);
+}
+
+TEST_F(StyleSheetDocument, OnlyASheetWithAnIdentityTakesThatOfTheDocument)
+{
+    const std::string document = R"({"fill": {"a": {"id": "own"}, "b": {}}, "id": "of the document"})";
+    EXPECT_TRUE(sheet.Read(document));
+    EXPECT_EQ(sheet.GetExternalID(), VelString());
+    EXPECT_EQ(sheet.Get(L"a")->GetExternalID(), Name(L"own"));
+    EXPECT_EQ(sheet.Get(L"b")->GetExternalID(), VelString());
+    TestSheet external;
+    external.SetExternalID(Name(L"before"));
+    EXPECT_TRUE(external.Read(document));
+    EXPECT_EQ(external.GetExternalID(), Name(L"of the document"));
+    EXPECT_EQ(external.Get(L"a")->GetExternalID(), Name(L"of the document"));
+    EXPECT_EQ(external.Get(L"b")->GetExternalID(), Name(L"of the document"));
+    EXPECT_TRUE(external.Read(R"({"id": 5, "fill": {"c": {}}})"));
+    EXPECT_EQ(external.GetExternalID(), Name(L"of the document")) << "no text";
+    EXPECT_EQ(external.Get(L"c")->GetExternalID(), Name(L"of the document"));
+    EXPECT_TRUE(external.Read(R"({"id": "", "fill": {"d": {}}})"));
+    EXPECT_EQ(external.GetExternalID(), VelString());
+    EXPECT_EQ(external.Get(L"d")->GetExternalID(), VelString());
+}
+
+TEST_F(StyleSheetDocument, TheVersionIsTruncatedTowardsZeroAndSaturates)
+{
+    const auto versionOf = [&](const std::string& number) {
+        sheet.SetVersion(77);
+        EXPECT_TRUE(sheet.Read(R"({"version": )" + number + "}"));
+        return sheet.GetVersion();
+    };
+    EXPECT_EQ(versionOf("3"), 3);
+    EXPECT_EQ(versionOf("2.9"), 2);
+    EXPECT_EQ(versionOf("-1.5"), -1);
+    EXPECT_EQ(versionOf("0.9"), 0);
+    EXPECT_EQ(versionOf("-0.9"), 0);
+    EXPECT_EQ(versionOf("-0"), 0);
+    EXPECT_EQ(versionOf("2147483647"), 2147483647);
+    EXPECT_EQ(versionOf("2147483646.9"), 2147483646);
+    EXPECT_EQ(versionOf("2147483647.5"), 2147483647);
+    EXPECT_EQ(versionOf("2147483648"), 2147483647);
+    EXPECT_EQ(versionOf("-2147483648.5"), -2147483647 - 1);
+    EXPECT_EQ(versionOf("-2147483647.5"), -2147483647);
+    EXPECT_EQ(versionOf("1e300"), 2147483647);
+    EXPECT_EQ(versionOf("-1e300"), -2147483647 - 1);
+}
+
+TEST_F(StyleSheetDocument, NoVersionIsVersionZero)
+{
+    for (const char* document : {"{}", R"({"version": "3"})", R"({"Version": 3})", R"({"version": null})",
+                                 R"({"version": [3]})", R"({"version": true})", R"({"version": {}})"})
+    {
+        sheet.SetVersion(77);
+        EXPECT_TRUE(sheet.Read(document)) << document;
+        EXPECT_EQ(sheet.GetVersion(), 0) << document;
+    }
+}
+
+TEST_F(StyleSheetDocument, AnIntegerIsNoVersion)
+{
+    Json::Object root;
+    root.AddValue(Name(L"version"), std::int64_t{3});
+    EXPECT_TRUE(sheet.ImportJson(&root, false));
+    EXPECT_EQ(sheet.GetVersion(), 0);
+    EXPECT_FALSE(sheet.ImportJson(nullptr, false));
+}
+
+namespace
+{
+
+/// Notes the version that the sheet has while a value is read.
+class VersionProbe : public ProbeProperty
+{
+public:
+    explicit VersionProbe(std::vector<int>& versions) : m_versions(versions) {}
+    bool Deserialize(const StyleSheet& sheet, Style*, const Json::Variant*) const override
+    {
+        m_versions.push_back(sheet.GetVersion());
+        return true;
+    }
+
+private:
+    std::vector<int>& m_versions;
+};
+
+} // namespace
+
+TEST_F(StyleSheetDocument, StylesAreReadAtTheVersionOfTheDocument)
+{
+    std::vector<int> versions;
+    Manager().RegisterProperty(Fill, Key(L"probe"), new VersionProbe(versions));
+    EXPECT_TRUE(sheet.Read(R"({"fill": {"a": {"probe": 1}}, "version": 9})"));
+    EXPECT_TRUE(sheet.Read(R"({"fill": {"b": {"probe": 1}}})"));
+    EXPECT_THAT(versions, ElementsAre(9, 9)) << "without one, at the version that the sheet had";
+    EXPECT_EQ(sheet.GetVersion(), 0);
+}
+
+TEST_F(StyleSheetDocument, CategoriesThatAreNotRegisteredArePassedOver)
+{
+    Style* old = sheet.Add(L"old", Fill);
+    EXPECT_TRUE(sheet.Read(
+        R"({"unknown": {"a": {}, "old": {}, "b": 5}, "FILL": {"c": {}}, "": {"d": {}}, "fill": {"e": {}}})", true));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"e"), Name(L"old")));
+    EXPECT_EQ(sheet.Get(L"old"), old);
+}
+
+TEST_F(StyleSheetDocument, OtherMembersOfTheRootAreIgnored)
+{
+    EXPECT_TRUE(sheet.Read(R"({"fill": [1], "outline": "x", "stop": null, "style": true, "nest": 2, "x": {"y": 1}})"));
+    EXPECT_THAT(sheet.GetStyles(), IsEmpty());
+}
+
+TEST_F(StyleSheetDocument, AStyleThatIsNoObjectStopsTheImportWhereItStands)
+{
+    for (const char* wrong : {"5", "null", "\"x\"", "[]", "true"})
+    {
+        TestSheet target;
+        Style* old = target.Add(L"old", Fill);
+        target.SetVersion(7);
+        EXPECT_FALSE(target.Read(std::string(R"({"fill": {"a": {"angle": "1"}, "b": )") + wrong +
+                                 R"(, "c": {}}, "version": 5})"));
+        EXPECT_THAT(target.GetStyleNames(), ElementsAre(Name(L"a"), Name(L"old"))) << wrong;
+        EXPECT_EQ(target.Get(L"old"), old);
+        EXPECT_TRUE(target.Get(L"a")->IsEmpty());
+        EXPECT_EQ(target.Get(L"a")->GetCategoryName(), PropertyKey::Empty);
+        EXPECT_EQ(target.GetVersion(), 7);
+    }
+}
+
+TEST_F(StyleSheetDocument, AValueThatCannotBeReadStopsTheImportWhereItStands)
+{
+    EXPECT_FALSE(
+        sheet.Read(R"({"fill": {"a": {"patternId": "7"}, "b": {"patternId": "no number"}, "c": {"patternId": "8"}}})"));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"a"), Name(L"b"), Name(L"c")));
+    EXPECT_EQ(sheet.Get(L"a")->GetProperty(PatternId).Get<std::uint32_t>(), 7u);
+    EXPECT_EQ(sheet.Get(L"b")->GetCategoryName(), Fill);
+    EXPECT_TRUE(sheet.Get(L"b")->IsEmpty());
+    EXPECT_EQ(sheet.Get(L"c")->GetCategoryName(), PropertyKey::Empty);
+}
+
+TEST_F(StyleSheetDocument, WhatIsNoDocumentLeavesTheSheetAsItWas)
+{
+    sheet.Add(L"old", Fill)->SetProperty(Angle, Any(1.0));
+    sheet.SetVersion(5);
+    sheet.SetExternalID(Name(L"id"));
+    const std::string before = sheet.Write();
+    for (const char* text : {"", " ", "[]", "[{}]", "1", "\"x\"", "true", "null", "{", "{}x", "{\"version\": 9,}",
+                             "{'a': 1}", "{\"id\": \"x\" \"b\"}"})
+    {
+        EXPECT_FALSE(sheet.Read(text, true)) << text;
+        EXPECT_EQ(sheet.Write(), before) << text;
+        EXPECT_EQ(sheet.GetVersion(), 5);
+    }
+}
+
+TEST_F(StyleSheetDocument, OneNameInTwoBlocksIsOneStyleOfTheLaterCategory)
+{
+    for (const bool replace : {false, true})
+    {
+        TestSheet target;
+        EXPECT_TRUE(target.Read(
+            R"({"fill": {"Name": {"angle": "4", "color": "red"}}, "outline": {"NAME": {"color": "blue"}}})", replace));
+        EXPECT_THAT(target.GetStyleNames(), ElementsAre(replace ? Name(L"NAME") : Name(L"Name")));
+        const Style* style = target.Get(L"name");
+        EXPECT_EQ(style->GetCategoryName(), Outline);
+        EXPECT_EQ(OwnText(*style, Color), Name(L"blue"));
+        EXPECT_TRUE(style->DoesOverrideProperty(Angle)) << "each block has been read into it in turn";
+    }
+}
+
+TEST_F(StyleSheetDocument, StylesInsideThatTheLaterCategoryDoesNotKnowAreDestroyed)
+{
+    for (const bool replace : {false, true})
+    {
+        TestSheet target;
+        EXPECT_TRUE(
+            target.Read(R"({"style": {"x": {"fill": {"angle": "1"}, "outline": {}, "stops": [{}], "number": "3"}},
+                                    "character": {"x": {"fill": {"angle": "2"}}}})",
+                        replace));
+        const Style* style = target.Get(L"x");
+        EXPECT_EQ(style->GetCategoryName(), Character);
+        EXPECT_FALSE(style->DoesOverrideProperty(Outline)) << "nobody would destroy it";
+        EXPECT_FALSE(style->DoesOverrideProperty(Stops));
+        ASSERT_NE(style->GetSubstyle(Fill, false), nullptr) << "both categories know it";
+        EXPECT_EQ(EffectiveNumber(*style->GetSubstyle(Fill, false), Angle), 1.0) << "a substyle that is there wins";
+    }
+}
+
+} // namespace Styles::Testing
