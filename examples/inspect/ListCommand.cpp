@@ -54,8 +54,9 @@ void RunList(Session& session)
         total += styles.size();
         ++categories;
     }
-    session.out << Counted(total, "style") << " in " << categories << (categories == 1 ? " category" : " categories")
-                << ", version " << session.sheet.GetVersion() << '\n';
+    session.out << Counted(total, "style") << " in " << std::to_string(categories)
+                << (categories == 1 ? " category" : " categories") << ", version "
+                << std::to_string(session.sheet.GetVersion()) << '\n';
 }
 
 } // namespace Inspect

@@ -103,6 +103,7 @@ private:
                 if (const auto* style = block->GetValue(index)->GetIf<Json::Object>())
                 {
                     CheckStyle(*category, *style, stylePlace);
+                    CheckSelf(block->GetValueName(index), *style, stylePlace);
                 }
                 else
                 {
@@ -139,6 +140,17 @@ private:
         {
             CheckMember(category, style.GetValueName(index), *style.GetValue(index),
                         place.Member(style.GetValueName(index)));
+        }
+    }
+
+    void CheckSelf(const VelString& name, const Json::Object& style, const Place& place)
+    {
+        const VelString member(L"inherits");
+        const Json::Variant* inherits = style.GetValue(member);
+        const auto* parent = inherits != nullptr ? inherits->GetIf<VelString>() : nullptr;
+        if (parent != nullptr && parent->CompareNoCase(name) == 0)
+        {
+            AddWarning(place.Member(member), "a style does not inherit from itself");
         }
     }
 

@@ -115,7 +115,7 @@ private:
         m_out << "  " << line.indentation << (line.depth == 0 ? "" : line.isLast ? "└─ " : "├─ ");
         if (line.depth > DeepestIndentation)
         {
-            m_out << '[' << line.depth << "] ";
+            m_out << '[' << std::to_string(line.depth) << "] ";
         }
         m_out << Shown(m_sheet.GetStyleName(line.style));
         const Style* parent = line.style->GetParent();

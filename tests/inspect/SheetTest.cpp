@@ -140,11 +140,13 @@ TEST(Sheet, WhatTheSchemaDoesNotKnowIsALoss)
 
 TEST(Sheet, ParentsThatAreNotThereAndLongNumbersAreWarnedOf)
 {
-    const auto warnings = MessagesOf(R"({"style": {"S": {"inherits": "T", "fill": {"angle": 1.23456789}}}})",
+    const auto warnings = MessagesOf(R"({"style": {"S": {"inherits": "T", "fill": {"angle": 1.23456789}},
+                                                 "U": {"inherits": "u"}}})",
                                      [](const Sheet& sheet) { return sheet.GetWarnings(); });
     EXPECT_EQ(warnings, (std::vector<std::string>{
                             "style.S.inherits: there is no style \"T\" to inherit from",
-                            "style.S.fill.angle: a number is read to six digits; a text would keep them all"}));
+                            "style.S.fill.angle: a number is read to six digits; a text would keep them all",
+                            "style.U.inherits: a style does not inherit from itself"}));
 }
 
 TEST(Sheet, ValuesNewerThanTheSheetAreLeftOutAndCounted)
