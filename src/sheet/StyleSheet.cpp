@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <unordered_set>
 #include <utility>
 
 namespace Styles
@@ -109,14 +110,12 @@ bool StyleSheet::RemoveStyle(Style* style)
 
 bool StyleSheet::DeleteStyles(StyleSpan styles)
 {
-    std::vector<Style*> storage;
-    const StyleSpan members = Detail::Sorted(styles, storage);
-    for (const auto& entry : *m_stylesByName)
+    std::vector<Style*> sorted(styles.begin(), styles.end());
+    std::sort(sorted.begin(), sorted.end(), std::less<>());
+    const StyleSpan doomed(sorted, true);
+    for (Style* style : ListParentsFirst(doomed))
     {
-        if (entry.second != nullptr)
-        {
-            entry.second->RemoveDependency(members, true);
-        }
+        style->RemoveDependency(doomed, true);
     }
     bool deleted = false;
     for (Style* style : styles)
@@ -128,6 +127,27 @@ bool StyleSheet::DeleteStyles(StyleSpan styles)
         }
     }
     return deleted;
+}
+
+/// Every style in the order of the names, but the members of `doomed` among its parents before it: then what it takes
+/// over is in the nearest of them, and a long way is not gone again for each style on it.
+std::vector<Style*> StyleSheet::ListParentsFirst(StyleSpan doomed) const
+{
+    std::vector<Style*> ordered;
+    ordered.reserve(m_stylesByName->size());
+    std::unordered_set<const Style*> seen;
+    for (const auto& entry : *m_stylesByName)
+    {
+        const std::size_t first = ordered.size();
+        for (Style* style = entry.second; style != nullptr && seen.insert(style).second;)
+        {
+            ordered.push_back(style);
+            Style* parent = style->GetParent();
+            style = parent != nullptr && doomed.contains(parent) && m_namesByStyle->contains(parent) ? parent : nullptr;
+        }
+        std::reverse(ordered.begin() + static_cast<std::ptrdiff_t>(first), ordered.end());
+    }
+    return ordered;
 }
 
 void StyleSheet::Clear()

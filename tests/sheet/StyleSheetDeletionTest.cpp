@@ -198,6 +198,35 @@ TEST_F(StyleSheetDeletion, HalfOfAHundredThousandStylesAreDeletedAtOnce)
     EXPECT_FALSE(Delete(sheet, doomed)) << "they are gone";
 }
 
+TEST_F(StyleSheetDeletion, ALongWayOfInheritanceIsDeletedFromItsMiddle)
+{
+    // Each inherits from the next in the order of the names, so that the longest ways come first.
+    constexpr int count = 100'000;
+    TestSheet sheet;
+    std::vector<Style*> styles;
+    for (int index = 0; index < count; ++index)
+    {
+        styles.push_back(new Style(nullptr, Outline));
+        sheet.AddStyle(Text(std::to_string(count + index)), styles.back(), false);
+    }
+    for (std::size_t index = 0; index + 1 < styles.size(); ++index)
+    {
+        styles[index]->SetParent(styles[index + 1]);
+    }
+    styles[75'000]->SetProperty(Width, Any(7.0));
+    styles[74'000]->SetProperty(Color, Any(Name(L"red")));
+    const std::vector<Style*> doomed(styles.begin() + 25'000, styles.begin() + 75'000);
+    EXPECT_TRUE(Delete(sheet, doomed));
+    EXPECT_EQ(sheet.GetStyles().size(), 50'000u);
+    Style* last = styles[24'999];
+    EXPECT_EQ(last->GetParent(), styles[75'000]);
+    EXPECT_EQ(OwnText(*last, Color), Name(L"red"));
+    EXPECT_FALSE(last->DoesOverrideProperty(Width));
+    EXPECT_EQ(EffectiveNumber(*styles[0], Width), 7.0);
+    EXPECT_TRUE(Delete(sheet, sheet.GetStyles()));
+    EXPECT_THAT(sheet.GetStyles(), IsEmpty());
+}
+
 TEST_F(StyleSheetDeletion, WhatDependsOnStylesIsListedInTheOrderOfNames)
 {
     TestSheet sheet;
