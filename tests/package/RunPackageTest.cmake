@@ -73,7 +73,7 @@ run(${CMAKE_COMMAND} --build ${WORK}/build --parallel 2)
 run(${CMAKE_CTEST_COMMAND} --test-dir ${WORK}/build --output-on-failure --no-tests=error)
 
 # The example builds alone against the installed package, too.
-if(MODE STREQUAL "installed")
+if(NOT MODE STREQUAL "static")
   run(${CMAKE_COMMAND} -S ${SOURCE}/examples/inspect -B ${WORK}/inspect ${options} -D CMAKE_PREFIX_PATH=${WORK}/prefix)
   run(${CMAKE_COMMAND} --build ${WORK}/inspect --parallel 2)
   set(data ${SOURCE}/examples/inspect/data)
