@@ -3,6 +3,7 @@
 #include "support/ProbeFixture.h"
 #include "support/TestSheet.h"
 
+#include <array>
 #include <deque>
 #include <iostream>
 #include <memory>
@@ -220,12 +221,13 @@ TEST_F(OwnerInheritance, OwnersAThousandDeepAreFollowed)
 namespace
 {
 
-/// A graph of styles of the category "nest" as plain data, and the rules of inheritance told in the simplest way.
+/// A graph of styles as plain data, and the rules of inheritance told in the simplest way.
 struct ModelStyle
 {
     std::optional<std::size_t> parent;
     std::optional<std::size_t> owner;
-    std::optional<std::size_t> substyle; // under the one key there is
+    std::size_t ownersKey = 0;
+    std::array<std::optional<std::size_t>, 2> substyles;
     bool hasNote = false;
 };
 
@@ -239,7 +241,7 @@ public:
     {
         try
         {
-            return {Find(index, true), false};
+            return {Find(index, TheNote), false};
         }
         catch (const Circle&)
         {
@@ -248,48 +250,105 @@ public:
     }
 
 private:
+    static constexpr std::size_t TheNote = 2; // the other keys are those of the substyles
+
     struct Circle
     {};
 
     /// The style whose own note is the effective one of `index`, or the effective substyle of `index`.
-    std::optional<std::size_t> Find(std::size_t index, bool note)
+    std::optional<std::size_t> Find(std::size_t index, std::size_t key)
     {
-        if (!m_underWay.insert({index, note}).second)
+        if (!m_underWay.insert({index, key}).second)
         {
             throw Circle();
         }
-        const std::optional<std::size_t> found = FindOnce(index, note);
-        m_underWay.erase({index, note});
+        const std::optional<std::size_t> found = FindOnce(index, key);
+        m_underWay.erase({index, key});
         return found;
     }
 
-    std::optional<std::size_t> FindOnce(std::size_t index, bool note)
+    std::optional<std::size_t> FindOnce(std::size_t index, std::size_t key)
     {
         const ModelStyle& style = m_styles[index];
-        if (note ? style.hasNote : style.substyle.has_value())
+        if (key == TheNote ? style.hasNote : style.substyles[key].has_value())
         {
-            return note ? index : style.substyle;
+            return key == TheNote ? index : style.substyles[key];
         }
         if (style.parent)
         {
-            return Find(*style.parent, note);
+            return Find(*style.parent, key);
         }
-        std::size_t top = index, keys = 0;
-        while (!m_styles[top].parent && m_styles[top].owner)
+        std::vector<std::size_t> place;
+        std::set<std::size_t> passed;
+        std::size_t top = index;
+        while (!m_styles[top].parent && m_styles[top].owner && passed.insert(top).second)
         {
+            place.push_back(m_styles[top].ownersKey);
             top = *m_styles[top].owner;
-            ++keys;
         }
-        std::optional<std::size_t> source = keys > 0 ? m_styles[top].parent : std::nullopt;
-        for (; keys > 0 && source; --keys)
+        std::optional<std::size_t> source = m_styles[top].parent;
+        for (; !place.empty() && source; place.pop_back())
         {
-            source = Find(*source, false);
+            source = Find(*source, place.back());
         }
-        return source ? Find(*source, note) : std::nullopt;
+        return source ? Find(*source, key) : std::nullopt;
     }
 
     const std::vector<ModelStyle>& m_styles;
-    std::set<std::pair<std::size_t, bool>> m_underWay;
+    std::set<std::pair<std::size_t, std::size_t>> m_underWay;
+};
+
+/// Styles, and the same as plain data.
+struct RandomGraph
+{
+    RandomGraph(std::mt19937& random, const PropertyKey& category, const std::array<PropertyKey, 2>& keys,
+                const PropertyKey& note)
+    {
+        const auto below = [&random](std::size_t limit) { return random() % limit; };
+        for (std::size_t count = 1 + below(4); count > 0; --count)
+        {
+            tops.push_back(std::make_unique<Style>(nullptr, category));
+            const std::size_t top = styles.size();
+            styles.push_back(tops.back().get());
+            model.emplace_back();
+            for (std::size_t inside = below(5); inside > 0; --inside)
+            {
+                const std::size_t owner = top + below(styles.size() - top), key = below(2);
+                if (model[owner].substyles[key])
+                {
+                    continue;
+                }
+                model[owner].substyles[key] = model.size();
+                model.push_back({std::nullopt, owner, key, {}, false});
+                styles.push_back(GetOrCreateSubstyle(*styles[owner], keys[key]));
+            }
+        }
+        for (std::size_t index = 0; index < styles.size(); ++index)
+        {
+            ModelStyle& style = model[index];
+            if (below(5) < 2)
+            {
+                style.parent = below(styles.size());
+                styles[index]->SetParent(styles[*style.parent]);
+            }
+            // Links that no definition would set, so that owners close on themselves too.
+            if (!style.owner && below(4) == 0)
+            {
+                style.owner = below(styles.size());
+                style.ownersKey = below(2);
+                styles[index]->SetOwner(styles[*style.owner], keys[style.ownersKey]);
+            }
+            if (below(4) == 0)
+            {
+                style.hasNote = true;
+                styles[index]->SetProperty(note, Any(L"own"));
+            }
+        }
+    }
+
+    std::vector<std::unique_ptr<Style>> tops;
+    std::vector<Style*> styles;
+    std::vector<ModelStyle> model;
 };
 
 } // namespace
@@ -299,51 +358,20 @@ TEST_F(OwnerInheritance, RandomGraphsResolveAsTheRulesSay)
     const unsigned seed = std::random_device()();
     std::cout << "seed " << seed << '\n';
     std::mt19937 random(seed);
-    const auto below = [&random](std::size_t limit) { return random() % limit; };
+    const PropertyKey otherNest = Key(L"other nest");
+    Manager().RegisterProperty(Nest, otherNest, new StyleSetProperty(nullptr, Nest, nullptr, 0));
     std::size_t resolved = 0, defaults = 0, circles = 0;
-    for (int graph = 0; graph < 3000; ++graph)
+    for (int turn = 0; turn < 3000; ++turn)
     {
-        // Tops with chains of substyles inside, and parents anywhere.
-        std::vector<ModelStyle> model;
-        std::vector<std::unique_ptr<Style>> tops;
-        std::vector<Style*> styles;
-        for (std::size_t count = 1 + below(4); count > 0; --count)
+        const RandomGraph graph(random, Nest, {Nest, otherNest}, Note);
+        for (std::size_t index = 0; index < graph.styles.size(); ++index)
         {
-            tops.push_back(std::make_unique<Style>(nullptr, Nest));
-            styles.push_back(tops.back().get());
-            model.emplace_back();
-            for (std::size_t depth = below(4); depth > 0; --depth)
-            {
-                styles.push_back(GetOrCreateSubstyle(*styles.back(), Nest));
-                model.back().substyle = model.size();
-                model.push_back({std::nullopt, model.size() - 1, std::nullopt, false});
-            }
-        }
-        for (std::size_t index = 0; index < styles.size(); ++index)
-        {
-            if (below(5) < 2)
-            {
-                model[index].parent = below(styles.size());
-                styles[index]->SetParent(styles[*model[index].parent]);
-            }
-            if (below(4) == 0)
-            {
-                model[index].hasNote = true;
-                styles[index]->SetProperty(Note, Any(L"own"));
-            }
-        }
-        for (std::size_t index = 0; index < styles.size(); ++index)
-        {
-            const auto [expected, circle] = Model(model).NoteOf(index);
-            const Any& found = styles[index]->GetProperty(Note);
-            circles += circle ? 1 : 0;
-            if (!circle)
-            {
-                (expected ? resolved : defaults) += 1;
-            }
-            const Any& wanted = expected ? styles[*expected]->GetProperty(Note) : NestDefault();
-            ASSERT_EQ(&found, &wanted) << "seed " << seed << ", graph " << graph << ", style " << index
+            const auto [expected, circle] = Model(graph.model).NoteOf(index);
+            const Any& found = graph.styles[index]->GetProperty(Note);
+            const Any& wanted = expected ? graph.styles[*expected]->GetProperty(Note) : NestDefault();
+            ASSERT_EQ(&found, &wanted) << "seed " << seed << ", graph " << turn << ", style " << index
                                        << (circle ? ", in a circle" : "");
+            (circle ? circles : expected ? resolved : defaults) += 1;
         }
     }
     EXPECT_GT(resolved, 1000u);
