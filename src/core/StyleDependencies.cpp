@@ -96,15 +96,16 @@ void TakeOverAll(Style& style)
     style.SetParent(nullptr); // a chain that closes on itself has been taken over all around
 }
 
+/// Whether a parent at any distance is a member; on a chain that closes on itself, `style` is one of its own parents.
 bool InheritsFromAny(const Style& style, StyleSpan styles)
 {
     Detail::ParentWalk ancestors(style);
-    const Style* ancestor = ancestors.Next();
-    while (ancestor != nullptr && !IsIn(styles, ancestor))
+    const Style* heir = &style;
+    while (heir != nullptr && !IsIn(styles, heir->GetParent()))
     {
-        ancestor = ancestors.Next();
+        heir = ancestors.Next();
     }
-    return ancestor != nullptr;
+    return heir != nullptr;
 }
 
 } // namespace
