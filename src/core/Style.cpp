@@ -409,6 +409,11 @@ bool Style::RepairSubstyleOwnerPointers()
         }
         catch (...)
         {
+            // The link may name a style that goes, and must not be left behind.
+            if (Style* const* substyle = value.GetIf<Style*>(); substyle != nullptr && *substyle != nullptr)
+            {
+                (*substyle)->SetOwner(this, key);
+            }
             if (!failure)
             {
                 failure = std::current_exception();

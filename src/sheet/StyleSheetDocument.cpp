@@ -69,6 +69,35 @@ void ClearStylesUnknownTo(const PropertyKey& category, Style& style)
     }
 }
 
+/// Remaps the parents of `style` and of the styles in its values, as far as they can be seen without definitions.
+void RemapParents(Style& style, const std::map<Style*, Style*>& replacements)
+{
+    if (const auto entry = replacements.find(style.GetParent()); entry != replacements.end())
+    {
+        style.SetParent(entry->second);
+    }
+    for (const auto& [key, value] : Detail::StyleAccess::Properties(style))
+    {
+        if (Style* const* substyle = value.GetIf<Style*>())
+        {
+            if (*substyle != nullptr)
+            {
+                RemapParents(**substyle, replacements);
+            }
+        }
+        else if (const auto* list = value.GetIf<std::vector<Style*>>())
+        {
+            for (Style* element : *list)
+            {
+                if (element != nullptr)
+                {
+                    RemapParents(*element, replacements);
+                }
+            }
+        }
+    }
+}
+
 /// The styles that an import has replaced, each with its replacement; owned. They live until the heirs have been told.
 class ReplacedStyles
 {
@@ -107,7 +136,7 @@ public:
 
     /// Lets the heirs among `styles` inherit from the replacements. Every style is told, then the first exception goes
     /// on.
-    void TellHeirs(const std::vector<Style*>& styles)
+    void TellHeirs(const StyleSheet::NameMap& styles)
     {
         if (m_replacements.empty())
         {
@@ -118,7 +147,7 @@ public:
             FindLastReplacement(entry.first);
         }
         std::exception_ptr failure;
-        for (Style* style : styles)
+        for (const auto& [name, style] : styles)
         {
             try
             {
@@ -129,6 +158,7 @@ public:
             }
             catch (...)
             {
+                RemapParents(*style, m_replacements); // no link may lead to a style that is about to go
                 if (!failure)
                 {
                     failure = std::current_exception();
@@ -320,13 +350,13 @@ bool StyleSheet::ImportJson(Json::Object* root, bool replace)
     {
         try
         {
-            replaced.TellHeirs(GetStyles());
+            replaced.TellHeirs(*m_stylesByName);
         }
         catch (...) // the first exception is the one that goes on
         {}
         throw;
     }
-    replaced.TellHeirs(GetStyles());
+    replaced.TellHeirs(*m_stylesByName);
     for (std::size_t index = 0; index < root->GetSize(); ++index)
     {
         const VelString& name = root->GetValueName(index);
