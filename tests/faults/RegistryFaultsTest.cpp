@@ -1,0 +1,101 @@
+// Registration is all or nothing when memory ends.
+
+#include "faults/FaultWorld.h"
+
+#include <memory>
+#include <utility>
+
+namespace Styles::Testing
+{
+
+namespace
+{
+
+/// A manager with two style-set categories, and what it knows as a picture.
+class RegistryWorld
+{
+public:
+    RegistryWorld()
+    {
+        Manager().Reset();
+        Manager().RegisterCategory(Keys().fill, VelString(L"Füllung, mit langem Namen"), true, true);
+        Manager().RegisterCategory(Keys().outline, VelString(L"Umriss, mit langem Namen"), true, true);
+        Manager().RegisterProperty(Keys().fill, Keys().color, MakeTextProperty(L"weiß"));
+    }
+    ~RegistryWorld() { Manager().Reset(); }
+    RegistryWorld(const RegistryWorld&) = delete;
+    RegistryWorld& operator=(const RegistryWorld&) = delete;
+
+    [[nodiscard]] Picture GetIdentity() const
+    {
+        Picture picture;
+        for (const PropertyKey& category : Manager().GetCategoryNames())
+        {
+            const std::string place = Narrow(category.GetText());
+            picture[place] = Narrow(Manager().TranslateCategory(category));
+            for (const PropertyKey& property : Manager().GetStylePropertyNames(category))
+            {
+                picture[place + "/"] += Narrow(property.GetText()) + ",";
+                const BaseStyleProperty* definition = Manager().GetStyleProperty(category, property);
+                picture[place + "/" + Narrow(property.GetText())] = definition != nullptr ? "defined" : "not defined";
+            }
+        }
+        for (const PropertyKey& category : Manager().GetStyleSetCategoryNames())
+        {
+            picture["(sets)"] += Narrow(category.GetText()) + ",";
+        }
+        return picture;
+    }
+    [[nodiscard]] Picture GetContent() const { return GetIdentity(); }
+    [[nodiscard]] Picture GetEffect() const { return GetIdentity(); }
+};
+
+using W = RegistryWorld;
+using Op = Operation<W>;
+
+class RegistryFaults : public testing::TestWithParam<Op>
+{};
+
+TEST_P(RegistryFaults, AreAllOrNothing)
+{
+    RunUnderFailures(GetParam(), /*byMemory*/ true);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Registry, RegistryFaults,
+    testing::Values(
+        Op{"RegisterCategory", [](W&) { Manager().RegisterCategory(Keys().nest, L"ein langer Name", false, true); }},
+        Op{"RegisterStyleSet", [](W&) { Manager().RegisterCategory(Keys().nest, L"ein langer Name", true, true); }},
+        Op{"RegisterProperty",
+           [](W&) {
+               auto definition = std::make_unique<StyleProperty>(nullptr, VelString(L"ein langer Text"), nullptr, 0);
+               Manager().RegisterProperty(Keys().fill, Keys().note, definition.get());
+               definition.release();
+           }},
+        Op{"RegisterStyleCategory", [](W&) { RegisterStyleCategory(L"Grafikstil, mit langem Namen"); }},
+        Op{"RegisterSubstyleSet", [](W&) { RegisterSubstyleSet(Keys().fill, Keys().outline); }},
+        Op{"Deregister", [](W&) { Manager().DeregisterCategory(Keys().fill); }},
+        Op{"Ask",
+           [](W&) {
+               (void)Manager().GetCategoryNames();
+               (void)Manager().GetStylePropertyNames(Keys().fill);
+               (void)Manager().CategoryExists(VelString(L"Füllung, mit langem Namen"));
+               (void)Manager().UntranslateCategory(L"Umriss, mit langem Namen");
+               (void)Manager().TranslateCategory(Keys().fill);
+           }},
+        Op{"CopyCategory",
+           [](W&) {
+               const StyleCategory copy(*Manager().GetCategory(Keys().fill));
+               StyleCategory assigned;
+               assigned = copy;
+           }},
+        Op{"FillImportStyleInfo",
+           [](W&) {
+               Manager().GetImportStyleInfo().nameSet.insert(L"ein langer Name");
+               Manager().ClearImportStyleInfo();
+           }}),
+    OperationName());
+
+} // namespace
+
+} // namespace Styles::Testing
