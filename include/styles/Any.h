@@ -90,6 +90,13 @@ const char* > || std::same_as<std::decay_t<T>, char*> struct AnyValueTypeOf<T>
 template <class T>
 using AnyValueType = typename AnyValueTypeOf<T>::type;
 
+/// Thrown where a value is not of the type that was asked for; its text is the same on every system.
+class BadAnyCast : public std::bad_cast
+{
+public:
+    [[nodiscard]] const char* what() const noexcept override { return "bad cast"; }
+};
+
 /// A value of any copyable type, or none.
 class Any
 {
@@ -145,7 +152,7 @@ public:
         return GetType() == typeid(T);
     }
 
-    /// The held `T`. \throws std::bad_cast when another type or nothing is held.
+    /// The held `T`. \throws std::bad_cast ("bad cast") when another type or nothing is held.
     template <class T>
     [[nodiscard]] T& Get()
     {
@@ -153,10 +160,10 @@ public:
         {
             return *value;
         }
-        throw std::bad_cast();
+        throw BadAnyCast();
     }
 
-    /// The held `T`. \throws std::bad_cast when another type or nothing is held.
+    /// The held `T`. \throws std::bad_cast ("bad cast") when another type or nothing is held.
     template <class T>
     [[nodiscard]] const T& Get() const
     {
@@ -164,7 +171,7 @@ public:
         {
             return *value;
         }
-        throw std::bad_cast();
+        throw BadAnyCast();
     }
 
     /// The held `T`, or null when another type or nothing is held.

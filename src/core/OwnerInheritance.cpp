@@ -6,7 +6,6 @@
 #include "registry/MissingEntry.h"
 
 #include <bit>
-#include <typeinfo>
 
 namespace Styles::Detail
 {
@@ -109,7 +108,7 @@ const Any* Resolver::Finish(const Any& value)
     Style* const* substyle = value.GetIf<Style*>();
     if (substyle == nullptr)
     {
-        throw std::bad_cast();
+        throw VelUtils::BadAnyCast();
     }
     if (*substyle == nullptr)
     {

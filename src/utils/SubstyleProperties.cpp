@@ -9,7 +9,6 @@
 #include "registry/MissingEntry.h"
 
 #include <memory>
-#include <typeinfo>
 #include <utility>
 
 namespace Styles
@@ -72,7 +71,7 @@ void SetSubstyleProperty(Style& style, const PropertyKey& substyleCategory, cons
         }
         if (!definition->IsSubstyle())
         {
-            throw std::bad_cast();
+            throw VelUtils::BadAnyCast();
         }
         substyle = Detail::CreateSubstyle(style, *definition, substyleKey, substyleCategory);
     }

@@ -192,6 +192,19 @@ TYPED_TEST(AnyOf, AssigningTheSameTypeReusesTheHolder)
     EXPECT_EQ(source.Get<TypeParam>(), Samples::Large());
 }
 
+TEST(Any, TheFailureOfAMismatchedTypeIsCalledBadCast)
+{
+    try
+    {
+        static_cast<void>(Any(1.0).Get<Style*>());
+        FAIL() << "a number was taken for a style";
+    }
+    catch (const std::bad_cast& failure)
+    {
+        EXPECT_STREQ("bad cast", failure.what());
+    }
+}
+
 TYPED_TEST(AnyOf, AMismatchedTypeThrowsBadCastAndLeavesTheValue)
 {
     struct Other

@@ -11,7 +11,7 @@ PASSED_OVER = {
     "MergeParentProperty", "FlattenProperty", "IsEqual", "IsDeprecated", "IsLess", "ProcessStylesInProperty",
     "CheckType", "IsTemporary", "IsSubstyle", "SetName", "CloneInto", "MoveInto", "Assign", "IsEnum",
     "GetEnumValue", "GetCategory", "HoldsType", "Holder", "HolderInterface", "ValueOf", "BaseStyleProperty",
-    "GetPropertyName", "IStyleSheetDuplicationContext",
+    "GetPropertyName", "IStyleSheetDuplicationContext", "BadAnyCast",
 }
 
 page = tree.read("docs/guarantees.md")
