@@ -20,7 +20,7 @@ template <class CharT>
 using VelStringViewT = std::basic_string_view<CharT>;
 
 template <class CharT>
-class VelStringT;
+class VEL_VISIBLE VelStringT;
 
 namespace Detail
 {
