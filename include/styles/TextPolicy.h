@@ -20,13 +20,19 @@ namespace Styles
 /// `ToText` throws `std::bad_cast` for a value of another type. A boolean is written "1" or "0" and also read from
 /// "true" and "false". An unsigned integer is also read from "-1", as all ones.
 template <class T>
-class TextPolicy final : public VelPref::Detail::IConversionPolicy
+class STYLES_API TextPolicy final : public VelPref::Detail::IConversionPolicy
 {
 public:
-    STYLES_API TextPolicy();
-    STYLES_API ~TextPolicy() override;
-    [[nodiscard]] STYLES_API VelPlatform::VelStringT<wchar_t> ToText(const VelUtils::Any& value) const override;
-    [[nodiscard]] STYLES_API VelUtils::Any FromText(const VelPlatform::VelStringT<wchar_t>& text) const override;
+    TextPolicy();
+    ~TextPolicy() override;
+    [[nodiscard]] VelPlatform::VelStringT<wchar_t> ToText(const VelUtils::Any& value) const override;
+    [[nodiscard]] VelUtils::Any FromText(const VelPlatform::VelStringT<wchar_t>& text) const override;
 };
+
+extern template class STYLES_API TextPolicy<double>;
+extern template class STYLES_API TextPolicy<std::int32_t>;
+extern template class STYLES_API TextPolicy<std::uint32_t>;
+extern template class STYLES_API TextPolicy<bool>;
+extern template class STYLES_API TextPolicy<VelPlatform::VelStringT<wchar_t>>;
 
 } // namespace Styles
