@@ -26,6 +26,7 @@ const std::vector<Command>& Commands()
          1,
          {"--no-defaults"},
          &RunShow},
+        {L"explain", "NAME PATH", "every place where a value is looked for, in order", 2, {}, &RunExplain},
         {L"set",
          "NAME PATH VALUE | NAME PATH --unset",
          "gives a style a value of its own, or takes it away",

@@ -37,6 +37,7 @@ void RunTree(Session& session);
 void RunShow(Session& session);
 void RunSet(Session& session);
 void RunExport(Session& session);
+void RunExplain(Session& session);
 /// @}
 
 /// The style of that name. \throws Failure when there is none.

@@ -1,6 +1,7 @@
 #include "EffectiveValues.h"
 
 #include "Output.h"
+#include "ValueTexts.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -71,20 +72,6 @@ private:
         return heir->GetParent() != nullptr ? heir : nullptr;
     }
 
-    std::string DescribeStyle(const Style* style) const
-    {
-        if (style == nullptr)
-        {
-            return "(none)";
-        }
-        std::string text = '(' + Shown(style->GetCategoryName().GetText());
-        if (const Style* parent = style->GetParent())
-        {
-            text += ", inherits " + m_origins.GetName(*parent);
-        }
-        return text + (IsOpen(style) ? ", which this is inside of)" : ")");
-    }
-
     bool IsOpen(const Style* style) const { return std::find(m_open.begin(), m_open.end(), style) != m_open.end(); }
 
     /// Adds a row and, behind it, the values inside.
@@ -97,9 +84,9 @@ private:
         const StyleList* list = value != nullptr ? value->GetIf<StyleList>() : nullptr;
         if (value != nullptr)
         {
-            row.text = substyle != nullptr ? DescribeStyle(*substyle)
-                       : list != nullptr   ? "(list of " + std::to_string(list->size()) + ')'
-                                           : DescribePlain(*value, property);
+            row.text = substyle != nullptr && *substyle != nullptr && IsOpen(*substyle)
+                           ? DescribeStyle(m_origins, *substyle, ", which this is inside of")
+                           : DescribeValue(m_origins, *property.definition, *value);
         }
         rows.push_back(std::move(row));
         if (substyle != nullptr && property.definition->IsSubstyle())
@@ -135,20 +122,6 @@ private:
                 const std::string elementPath = path + '[' + std::to_string(index) + ']';
                 Collect(elementPath, *element, isOwn ? *element : nearest);
             }
-        }
-    }
-
-    static std::string DescribePlain(const Any& value, const Property& property)
-    {
-        const auto* policy = property.definition->GetConversionPolicy();
-        try
-        {
-            const VelString text = policy != nullptr ? policy->ToText(value) : VelString();
-            return policy == nullptr ? "(not written)" : value.Is<VelString>() ? Quoted(text) : Shown(text);
-        }
-        catch (const std::bad_cast&) // inherited from a style of another category
-        {
-            return "(a value of another kind)";
         }
     }
 

@@ -1,6 +1,7 @@
 #include "PropertyPath.h"
 
 #include "Failure.h"
+#include "Origins.h"
 #include "Output.h"
 
 #include <VelUtils/StringUtils.h>
@@ -94,6 +95,16 @@ std::vector<PathStep> ParsePath(const VelString& path, std::shared_ptr<const Sty
         steps.push_back(std::move(step));
     }
     return steps;
+}
+
+std::string WritePath(const std::vector<PathStep>& steps)
+{
+    std::string path;
+    for (const PathStep& step : steps)
+    {
+        path = PathTo(path, step.property.key) + (step.hasIndex ? '[' + std::to_string(step.index) + ']' : "");
+    }
+    return path;
 }
 
 } // namespace Inspect

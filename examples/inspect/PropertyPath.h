@@ -26,4 +26,7 @@ struct PathStep
 [[nodiscard]] std::vector<PathStep> ParsePath(const VelString& path,
                                               std::shared_ptr<const Styles::StyleCategory> category);
 
+/// The path as `EffectiveValue` writes it.
+[[nodiscard]] std::string WritePath(const std::vector<PathStep>& steps);
+
 } // namespace Inspect

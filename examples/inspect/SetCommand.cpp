@@ -100,17 +100,6 @@ Style* FollowPath(Style& style, const std::vector<PathStep>& steps, const VelStr
     return reached;
 }
 
-/// The path as `EffectiveValue` writes it.
-std::string WritePath(const std::vector<PathStep>& steps)
-{
-    std::string path;
-    for (const PathStep& step : steps)
-    {
-        path = PathTo(path, step.property.key) + (step.hasIndex ? '[' + std::to_string(step.index) + ']' : "");
-    }
-    return path;
-}
-
 /// What the style has at a path now, for people.
 std::string Describe(const Sheet& sheet, const Style& style, const std::string& path)
 {
