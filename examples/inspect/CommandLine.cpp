@@ -27,6 +27,8 @@ const std::vector<Command>& Commands()
          {"--no-defaults"},
          &RunShow},
         {L"explain", "NAME PATH", "every place where a value is looked for, in order", 2, {}, &RunExplain},
+        {L"overrides", "NAME", "what a style says itself, and whether it would be so anyway", 1, {}, &RunOverrides},
+        {L"dependents", "NAME", "the styles that depend on a style", 1, {}, &RunDependents},
         {L"set",
          "NAME PATH VALUE | NAME PATH --unset",
          "gives a style a value of its own, or takes it away",

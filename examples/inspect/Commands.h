@@ -38,6 +38,8 @@ void RunShow(Session& session);
 void RunSet(Session& session);
 void RunExport(Session& session);
 void RunExplain(Session& session);
+void RunOverrides(Session& session);
+void RunDependents(Session& session);
 /// @}
 
 /// The style of that name. \throws Failure when there is none.
