@@ -162,6 +162,8 @@ protected:
     void GenerateCategoryStyleMap(CategoryStyleMap& out) const;
 
 private:
+    class DocumentReader;
+
     [[nodiscard]] std::vector<Style*> ListParentsFirst(StyleSpan doomed) const;
     void DestroyStyle(Style* style);
     [[nodiscard]] bool IsListed(const Style* style) const;

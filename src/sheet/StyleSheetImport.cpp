@@ -1,0 +1,227 @@
+// Reading a document into a sheet.
+
+#include <styles/StyleSheet.h>
+
+#include "core/StyleAccess.h"
+#include "sheet/DocumentMembers.h"
+#include "sheet/ReplacedStyles.h"
+
+#include <limits>
+#include <memory>
+#include <unordered_set>
+#include <vector>
+
+namespace Styles
+{
+
+namespace
+{
+
+StyleManager& Manager()
+{
+    return VelUtils::Singleton<StyleManager, 0>::GetInstance();
+}
+
+/// `number` without its fraction, or the nearest `int`.
+int Truncate(double number)
+{
+    using Limits = std::numeric_limits<int>;
+    if (number >= static_cast<double>(Limits::max()))
+    {
+        return Limits::max();
+    }
+    return number <= static_cast<double>(Limits::min()) ? Limits::min() : static_cast<int>(number);
+}
+
+/// Clears the values that hold styles and that a style of `category` would not destroy. There are such when a document
+/// holds a name in the blocks of two categories.
+void ClearStylesUnknownTo(const PropertyKey& category, Style& style)
+{
+    std::vector<PropertyKey> unknown;
+    for (const auto& [key, value] : Detail::StyleAccess::Properties(style))
+    {
+        const BaseStyleProperty* definition = Detail::StyleAccess::FindDefinition(style, key);
+        bool holdsStyles = false;
+        if (definition != nullptr)
+        {
+            definition->ProcessStylesInProperty(value, [&holdsStyles](Style*) { return holdsStyles = true; });
+        }
+        if (!holdsStyles)
+        {
+            continue;
+        }
+        const BaseStyleProperty* newDefinition = Manager().GetStyleProperty(category, key);
+        if (newDefinition == nullptr || !newDefinition->CheckType(value))
+        {
+            unknown.push_back(key);
+        }
+    }
+    for (const PropertyKey& key : unknown)
+    {
+        style.ClearProperty(key);
+    }
+}
+
+/// The object of a style. \throws std::bad_cast for anything else, which ends the import.
+const Json::Object& StyleObject(const Json::Object& block, std::size_t index)
+{
+    return block.GetValue(index)->Get<Json::Object>();
+}
+
+} // namespace
+
+/// One reading of a document. All styles are there, empty, before the first is read, so that a style may name a parent
+/// that comes later.
+class StyleSheet::DocumentReader
+{
+public:
+    DocumentReader(StyleSheet& sheet, const Json::Object& root, bool replace)
+        : m_sheet(sheet), m_root(root), m_replace(replace), m_destroy{sheet}, m_replaced(m_destroy)
+    {}
+
+    void Read()
+    {
+        try
+        {
+            CreateAll();
+        }
+        catch (...)
+        {
+            TellHeirsOfWhatWasReplaced();
+            throw;
+        }
+        m_replaced.TellHeirs(*m_sheet.m_stylesByName);
+        ForEachCategory(
+            [this](const VelString& category, const Json::Object& block) { ReadStyles(PropertyKey(category), block); });
+        if (!m_hasVersion)
+        {
+            m_sheet.m_version = 0;
+        }
+    }
+
+private:
+    struct Destroy
+    {
+        StyleSheet& sheet;
+        void operator()(Style* style) const { sheet.DestroyStyle(style); }
+    };
+
+    template <class Action>
+    void ForEachCategory(const Action& action)
+    {
+        for (std::size_t index = 0; index < m_root.GetSize(); ++index)
+        {
+            const VelString& name = m_root.GetValueName(index);
+            const auto* block = m_root.GetValue(index)->GetIf<Json::Object>();
+            if (block != nullptr && Manager().CategoryExists(name))
+            {
+                action(name, *block);
+            }
+        }
+    }
+
+    /// Version, identity, and all styles, empty. They are visited in the order of the document, whose end a failure
+    /// leaves unread.
+    void CreateAll()
+    {
+        for (std::size_t index = 0; index < m_root.GetSize(); ++index)
+        {
+            const VelString& name = m_root.GetValueName(index);
+            const Json::Variant& value = *m_root.GetValue(index);
+            if (const auto* block = value.GetIf<Json::Object>())
+            {
+                if (Manager().CategoryExists(name))
+                {
+                    CreateStyles(*block);
+                }
+            }
+            else if (const double* number = value.GetIf<double>(); number != nullptr && name == Detail::VersionMember)
+            {
+                m_sheet.m_version = Truncate(*number);
+                m_hasVersion = true;
+            }
+            else if (const VelString* id = value.GetIf<VelString>(); id != nullptr && name == Detail::IdMember)
+            {
+                TakeIdentity(*id);
+            }
+        }
+    }
+
+    void TakeIdentity(const VelString& id)
+    {
+        // KEPT: only a sheet that has an identity takes the one of the document. A sheet without is no copy of an
+        // outside one, and reading a document does not make it one. Pinned by
+        // StyleSheetDocument.OnlyASheetWithAnIdentityTakesThatOfTheDocument
+        if (!m_sheet.m_externalID.empty())
+        {
+            m_sheet.m_externalID = id;
+        }
+    }
+
+    void CreateStyles(const Json::Object& block)
+    {
+        for (std::size_t index = 0; index < block.GetSize(); ++index)
+        {
+            static_cast<void>(StyleObject(block, index));
+            auto style = std::make_unique<Style>();
+            m_created.insert(style.get());
+            m_replaced.Prepare(style.get());
+            if (Style* removed = m_sheet.AddStyle(block.GetValueName(index), style.release(), m_replace))
+            {
+                m_created.erase(removed);
+                m_replaced.Add(removed);
+            }
+            m_replaced.Forget();
+        }
+    }
+
+    void ReadStyles(const PropertyKey& category, const Json::Object& block)
+    {
+        for (std::size_t index = 0; index < block.GetSize(); ++index)
+        {
+            const Json::Object& object = StyleObject(block, index);
+            Style* style = m_sheet.GetStyle(block.GetValueName(index));
+            if (style == nullptr || !m_created.contains(style))
+            {
+                continue;
+            }
+            ClearStylesUnknownTo(category, *style);
+            style->SetCategory(category);
+            style->DeserializeJson(m_sheet, object);
+            if (!m_sheet.m_externalID.empty())
+            {
+                style->SetExternalID(m_sheet.m_externalID);
+            }
+        }
+    }
+
+    void TellHeirsOfWhatWasReplaced() noexcept
+    {
+        try
+        {
+            m_replaced.TellHeirs(*m_sheet.m_stylesByName);
+        }
+        catch (...) // the exception that ended the reading is the one that goes on
+        {}
+    }
+
+    StyleSheet& m_sheet;
+    const Json::Object& m_root;
+    bool m_replace;
+    bool m_hasVersion = false;
+    std::unordered_set<const Style*> m_created;
+    Destroy m_destroy;
+    Detail::ReplacedStyles m_replaced;
+};
+
+bool StyleSheet::ImportJson(Json::Object* root, bool replace)
+{
+    if (root == nullptr)
+    {
+        return false;
+    }
+    DocumentReader(*this, *root, replace).Read();
+    return true;
+}
+
+} // namespace Styles
