@@ -1,6 +1,6 @@
 // Lists of styles in documents.
 
-#include "support/StyleMaking.h"
+#include "properties/StyleArraySuite.h"
 
 #include <gmock/gmock.h>
 
@@ -15,30 +15,8 @@ namespace Styles::Testing
 namespace
 {
 
-using Definition = Styles::StyleArrayProperty;
-using StyleList = std::vector<Style*>;
-
-class StyleArrayJson : public SchemaFixture
-{
-protected:
-    StyleArrayJson()
-    {
-        sheet.SetVersion(3);
-        Manager().RegisterProperty(StyleCategoryName, Layers, layers);
-        Manager().RegisterProperty(StyleCategoryName, Own, own);
-    }
-
-    /// A list of the two elements with a null one between them, owned by the fixture.
-    Any MakeList() { return Any(StyleList{&first, nullptr, &second}); }
-
-    const PropertyKey Layers = Key(L"layers"), Own = Key(L"own");
-    Definition* layers = new Definition(nullptr, Stop);
-    Definition* own = new Definition(nullptr, 3);
-    TestSheet sheet;
-    Style style{nullptr, StyleCategoryName};
-    Style first{nullptr, Stop};
-    Style second{nullptr, Stop};
-};
+class StyleArrayJson : public StyleArraySuite
+{};
 
 } // namespace
 

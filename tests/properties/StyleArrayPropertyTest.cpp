@@ -1,4 +1,4 @@
-#include "support/StyleMaking.h"
+#include "properties/StyleArraySuite.h"
 
 #include <gmock/gmock.h>
 
@@ -21,31 +21,8 @@ namespace Styles::Testing
 namespace
 {
 
-using Definition = Styles::StyleArrayProperty;
-using StyleList = std::vector<Style*>;
-
-class StyleArrayProperty : public SchemaFixture
-{
-protected:
-    StyleArrayProperty()
-    {
-        sheet.SetVersion(3);
-        Manager().RegisterProperty(StyleCategoryName, Layers, layers);
-        Manager().RegisterProperty(StyleCategoryName, Own, own);
-    }
-
-    /// A list of the two elements with a null one between them, owned by the fixture.
-    Any MakeList() { return Any(StyleList{&first, nullptr, &second}); }
-
-    const PropertyKey Layers = Key(L"layers"), Own = Key(L"own");
-    Definition* layers = new Definition(nullptr, Stop);
-    Definition* own = new Definition(nullptr, 3);
-    TestSheet sheet;
-    Style style{nullptr, StyleCategoryName};
-    Style parent{nullptr, Stop};
-    Style first{&parent, Stop};
-    Style second{nullptr, Stop};
-};
+class StyleArrayProperty : public StyleArraySuite
+{};
 
 } // namespace
 

@@ -1,6 +1,6 @@
 // Substyles in documents.
 
-#include "support/StyleMaking.h"
+#include "properties/StyleSetSuite.h"
 
 namespace Styles::Testing
 {
@@ -8,25 +8,8 @@ namespace Styles::Testing
 namespace
 {
 
-using Definition = Styles::StyleSetProperty;
-
-class StyleSetJson : public SchemaFixture
-{
-protected:
-    StyleSetJson()
-    {
-        sheet.SetVersion(3);
-        Manager().RegisterProperty(StyleCategoryName, Shade, shade);
-    }
-
-    const PropertyKey Shade = Key(L"shade");
-    Definition* shade = new Definition(nullptr, Fill, nullptr, 3);
-    TestSheet sheet;
-    Style style{nullptr, StyleCategoryName};
-    Style substyle{nullptr, Fill};
-    Any value{&substyle};
-    const Any null = NullSubstyle();
-};
+class StyleSetJson : public StyleSetSuite
+{};
 
 } // namespace
 

@@ -1,4 +1,4 @@
-#include "support/StyleMaking.h"
+#include "properties/StyleSetSuite.h"
 
 #include <gmock/gmock.h>
 
@@ -19,26 +19,8 @@ namespace Styles::Testing
 namespace
 {
 
-using Definition = Styles::StyleSetProperty;
-
-class StyleSetProperty : public SchemaFixture
-{
-protected:
-    StyleSetProperty()
-    {
-        sheet.SetVersion(3);
-        Manager().RegisterProperty(StyleCategoryName, Shade, shade);
-    }
-
-    const PropertyKey Shade = Key(L"shade");
-    Definition* shade = new Definition(nullptr, Fill, nullptr, 3);
-    TestSheet sheet;
-    Style style{nullptr, StyleCategoryName};
-    Style parent{nullptr, Fill};
-    Style substyle{&parent, Fill};
-    Any value{&substyle};
-    const Any null = NullSubstyle();
-};
+class StyleSetProperty : public StyleSetSuite
+{};
 
 } // namespace
 
