@@ -68,7 +68,8 @@ public:
 
     /// Takes the values of `other`, and copies its parent, category and external identity, which `other` keeps. The
     /// owner of this style stays. `other` may be a substyle of this style; a style that is moved into its own substyle
-    /// is copied.
+    /// is copied. When a definition throws while it is told the new owner, all values have been taken; then the first
+    /// exception goes on.
     Style& operator=(Style&& other);
 
     /// Destroys every value. Never throws.
