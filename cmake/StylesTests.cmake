@@ -6,6 +6,10 @@ include(GoogleTest)
 set(STYLES_TEST_DATA "${PROJECT_SOURCE_DIR}/../shared/data" CACHE PATH
   "Folder of test data that is not part of the project; tests that use it pass without")
 
+# A quarter of the time that a test's source takes to compile goes into the headers of the test framework. Batches
+# share it, which pays where everything is built from nothing, and costs where one file is edited over and over.
+option(STYLES_BATCH_TESTS "Compile the sources of each test program in batches" OFF)
+
 # styles_add_test_program(<folder> [LIBRARIES <target>...])
 #
 # Makes <folder>_tests of the sources in tests/<folder>, and a ctest of every test in it, named
@@ -27,6 +31,7 @@ function(styles_add_test_program folder)
   target_link_libraries(${program} PRIVATE ${arg_LIBRARIES} GTest::gmock)
   styles_add_test_helpers(${program} ${folder} "${arg_LIBRARIES}")
   styles_set_up_test_target(${program})
+  set_target_properties(${program} PROPERTIES UNITY_BUILD ${STYLES_BATCH_TESTS} UNITY_BUILD_BATCH_SIZE 6)
   gtest_discover_tests(${program}
     TEST_PREFIX ${folder}/
     PROPERTIES LABELS ${folder}
@@ -34,10 +39,22 @@ function(styles_add_test_program folder)
   set_property(GLOBAL APPEND PROPERTY STYLES_TEST_PROGRAMS ${program})
 endfunction()
 
+option(STYLES_THREAD_TESTS_ONLY "Leave out sources without a test that starts threads (one with Thread in its name)" OFF)
+
 # The sources of the program of a folder: all but those that become modules, programs and other programs.
 function(styles_test_sources folder out_variable)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${folder}/*.cpp)
   list(FILTER sources EXCLUDE REGEX "/${folder}/(border|modules|programs)/")
+  if(STYLES_THREAD_TESTS_ONLY)
+    set(all ${sources})
+    set(sources)
+    foreach(source IN LISTS all)
+      file(STRINGS ${source} thread_tests REGEX "^TEST.*Thread")
+      if(thread_tests)
+        list(APPEND sources ${source})
+      endif()
+    endforeach()
+  endif()
   set(${out_variable} ${sources} PARENT_SCOPE)
 endfunction()
 
@@ -143,6 +160,8 @@ function(styles_add_header_check)
   file(CONFIGURE OUTPUT ${main} CONTENT "int main() { return 0; }\n")
   add_executable(header_check ${main} ${sources})
   target_link_libraries(header_check PRIVATE styles)
+  # Nothing of it runs: what sanitizers and the optimiser add would only cost time.
+  target_compile_options(header_check PRIVATE -O0 -g0 -fno-sanitize=all)
 endfunction()
 
 # styles_add_house_tests()

@@ -132,7 +132,7 @@ TEST_F(StyleProperty, AValueOfAnotherTypeIsABadCastWhenItIsWritten)
 
 TEST_F(StyleProperty, APatternIdOfAllOnesIsWrittenAsMinusOne)
 {
-    const BaseStyleProperty* patternId = Manager().GetStyleProperty(Fill, PatternId);
+    const Styles::BaseStyleProperty* patternId = Manager().GetStyleProperty(Fill, PatternId);
     const Definition other(nullptr, 0U, new TextPolicy<std::uint32_t>(), 0);
     const Any allOnes(std::uint32_t{4294967295U});
     Json::Variant output;

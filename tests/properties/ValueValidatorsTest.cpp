@@ -72,7 +72,7 @@ TEST(ValueValidators, AValueOfAnotherTypeIsRefused)
 
 TEST(ValueValidators, ADefinitionAsksItsValidatorAndTheValueStays)
 {
-    const StyleProperty definition(new RangeValidator<double>(0.0, 1.0), 0.5, new TextPolicy<double>(), 0);
+    const Styles::StyleProperty definition(new RangeValidator<double>(0.0, 1.0), 0.5, new TextPolicy<double>(), 0);
     Any inside(1.0);
     Any outside(1.5);
     EXPECT_TRUE(definition.Validate(inside));

@@ -53,21 +53,17 @@ protected:
     Style* heir = nullptr;
 };
 
-VelString Name(const wchar_t* text)
-{
-    return VelString(text);
-}
-
 } // namespace
 
 TEST_F(ReplacingImport, HeirsInheritFromTheReplacement)
 {
     AddHeirs();
     EXPECT_TRUE(sheet.Read(replacements, true));
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"BASE"), Name(L"FILL"), Name(L"heir"), Name(L"STOP")));
+    EXPECT_THAT(sheet.GetStyleNames(),
+                ElementsAre(VelString(L"BASE"), VelString(L"FILL"), VelString(L"heir"), VelString(L"STOP")));
     EXPECT_THAT(destroyed, ElementsAre("base"));
     ExpectHeirs();
-    EXPECT_EQ(EffectiveText(*heir, Note), Name(L"new base"));
+    EXPECT_EQ(EffectiveText(*heir, Note), VelString(L"new base"));
     EXPECT_EQ(EffectiveNumber(*heir->GetSubstyle(Fill, false), Angle), 9.0);
     EXPECT_EQ(EffectiveNumber(*heir->GetProperty(Stops).Get<std::vector<Style*>>()[1], Position), 8.0);
 }
@@ -101,7 +97,7 @@ TEST_F(ReplacingImport, AReplacementMayInheritFromTheHeir)
     EXPECT_TRUE(sheet.Read(R"({"style": {"base": {"inherits": "heir"}}})", true));
     EXPECT_EQ(heir->GetParent(), sheet.Get(L"base"));
     EXPECT_EQ(sheet.Get(L"base")->GetParent(), heir);
-    EXPECT_EQ(EffectiveText(*heir, Note), Name(L"default note"));
+    EXPECT_EQ(EffectiveText(*heir, Note), VelString(L"default note"));
 }
 
 TEST_F(ReplacingImport, TheHeirItselfMayBeReplacedToo)
@@ -112,7 +108,7 @@ TEST_F(ReplacingImport, TheHeirItselfMayBeReplacedToo)
     EXPECT_THAT(destroyed, testing::UnorderedElementsAre("heir", "base"));
     EXPECT_EQ(grandchild->GetParent(), sheet.Get(L"heir"));
     EXPECT_EQ(sheet.Get(L"heir")->GetParent(), sheet.Get(L"base"));
-    EXPECT_EQ(EffectiveText(*grandchild, Note), Name(L"x"));
+    EXPECT_EQ(EffectiveText(*grandchild, Note), VelString(L"x"));
 }
 
 TEST_F(ReplacingImport, OfSeveralReplacementsTheLastIsInheritedFrom)
@@ -121,8 +117,8 @@ TEST_F(ReplacingImport, OfSeveralReplacementsTheLastIsInheritedFrom)
     EXPECT_TRUE(
         sheet.Read(R"({"style": {"base": {"note": "1"}, "Base": {"note": "2"}, "BASE": {"note": "3"}}})", true));
     ExpectHeirs();
-    EXPECT_EQ(sheet.GetStyleName(heir->GetParent()), Name(L"BASE"));
-    EXPECT_EQ(EffectiveText(*heir, Note), Name(L"3"));
+    EXPECT_EQ(sheet.GetStyleName(heir->GetParent()), VelString(L"BASE"));
+    EXPECT_EQ(EffectiveText(*heir, Note), VelString(L"3"));
 }
 
 TEST_F(ReplacingImport, ANameInAHundredThousandSpellingsIsReplacedAsOften)
@@ -139,34 +135,34 @@ TEST_F(ReplacingImport, ANameInAHundredThousandSpellingsIsReplacedAsOften)
         document += "\": {}";
     }
     document += "}}";
-    sheet.RenameStyle(Name(L"base"), Name(L"aaaaaaaaaaaaaaaaa"));
+    sheet.RenameStyle(VelString(L"base"), VelString(L"aaaaaaaaaaaaaaaaa"));
     EXPECT_TRUE(sheet.Read(document, true));
     EXPECT_EQ(sheet.GetStyles().size(), 4u);
     EXPECT_EQ(heir->GetParent(), sheet.Get(L"aaaaaaaaaaaaaaaaa"));
-    EXPECT_EQ(sheet.GetStyleName(heir->GetParent()), Name(L"AAAAAaaAaAAaaaaAA")) << "the bits of 99,999";
+    EXPECT_EQ(sheet.GetStyleName(heir->GetParent()), VelString(L"AAAAAaaAaAAaaaaAA")) << "the bits of 99,999";
 }
 
 TEST_F(ReplacingImport, AStyleUnderTwoNamesBecomesEmptyWhereItIsStillListed)
 {
     Style* style = AddTo(sheet, L"first");
-    sheet.AddStyle(Name(L"second"), style, false);
+    sheet.AddStyle(VelString(L"second"), style, false);
     AddHeirs();
     heir->SetParent(style);
     EXPECT_TRUE(sheet.Read(R"({"style": {"first": {"note": "new"}}})", true));
     EXPECT_THAT(destroyed, ElementsAre("first"));
     EXPECT_EQ(heir->GetParent(), sheet.Get(L"first"));
-    EXPECT_EQ(EffectiveText(*heir, Note), Name(L"new"));
+    EXPECT_EQ(EffectiveText(*heir, Note), VelString(L"new"));
     ASSERT_EQ(sheet.Get(L"second"), style);
     EXPECT_TRUE(style->IsEmpty());
     destroyed.clear();
     EXPECT_TRUE(sheet.Read(R"({"style": {"second": {"note": "new too"}}})", true));
-    EXPECT_EQ(EffectiveText(*sheet.Get(L"second"), Note), Name(L"new too"));
+    EXPECT_EQ(EffectiveText(*sheet.Get(L"second"), Note), VelString(L"new too"));
 }
 
 TEST_F(ReplacingImport, AStyleUnderTwoNamesMayBeReplacedUnderBoth)
 {
     Style* style = AddTo(sheet, L"first");
-    sheet.AddStyle(Name(L"second"), style, false);
+    sheet.AddStyle(VelString(L"second"), style, false);
     Style* child = AddTo(sheet, L"child", style);
     EXPECT_TRUE(sheet.Read(R"({"style": {"first": {}, "second": {}}})", true));
     EXPECT_THAT(destroyed, ElementsAre("first"));
@@ -175,12 +171,12 @@ TEST_F(ReplacingImport, AStyleUnderTwoNamesMayBeReplacedUnderBoth)
 
 TEST_F(ReplacingImport, ANullEntryIsReplaced)
 {
-    sheet.AddStyle(Name(L"null"), nullptr, false);
+    sheet.AddStyle(VelString(L"null"), nullptr, false);
     EXPECT_TRUE(sheet.Read(R"({"style": {"null": {"note": "x"}}})", false));
     EXPECT_EQ(sheet.Get(L"null"), nullptr);
     EXPECT_TRUE(sheet.Read(R"({"style": {"null": {"note": "x"}}})", true));
     ASSERT_NE(sheet.Get(L"null"), nullptr);
-    EXPECT_EQ(EffectiveText(*sheet.Get(L"null"), Note), Name(L"x"));
+    EXPECT_EQ(EffectiveText(*sheet.Get(L"null"), Note), VelString(L"x"));
 }
 
 } // namespace Styles::Testing

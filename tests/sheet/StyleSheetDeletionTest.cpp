@@ -38,18 +38,13 @@ protected:
     }
 };
 
-VelString Name(const wchar_t* text)
-{
-    return VelString(text);
-}
-
 } // namespace
 
 TEST_F(StyleSheetDeletion, DestroysTheStylesAndMakesTheirHeirsIndependent)
 {
     TestSheet sheet;
     Style* base = AddTo(sheet, L"base");
-    base->SetProperty(Note, Any(Name(L"from base")));
+    base->SetProperty(Note, Any(VelString(L"from base")));
     Style* middle = AddTo(sheet, L"middle", base);
     middle->SetProperty(Number, Any(4.0));
     Style* heir = AddTo(sheet, L"heir", middle);
@@ -60,7 +55,7 @@ TEST_F(StyleSheetDeletion, DestroysTheStylesAndMakesTheirHeirsIndependent)
     EXPECT_TRUE(heir->DoesOverrideProperty(Number));
     EXPECT_EQ(EffectiveNumber(*heir, Number), 4.0);
     EXPECT_FALSE(heir->DoesOverrideProperty(Note));
-    EXPECT_EQ(EffectiveText(*heir, Note), Name(L"from base"));
+    EXPECT_EQ(EffectiveText(*heir, Note), VelString(L"from base"));
 }
 
 TEST_F(StyleSheetDeletion, ReachesHeirsInSubstylesAndLists)
@@ -93,11 +88,11 @@ TEST_F(StyleSheetDeletion, StylesThatInheritFromEachOtherGoTogether)
     Style* b = AddTo(sheet, L"b", a);
     Style* c = AddTo(sheet, L"c", b);
     Style* d = AddTo(sheet, L"d", c);
-    a->SetProperty(Note, Any(Name(L"of a")));
+    a->SetProperty(Note, Any(VelString(L"of a")));
     EXPECT_TRUE(Delete(sheet, {c, a, b}));
     EXPECT_THAT(sheet.GetStyles(), ElementsAre(d));
     EXPECT_EQ(d->GetParent(), nullptr);
-    EXPECT_EQ(OwnText(*d, Note), Name(L"of a"));
+    EXPECT_EQ(OwnText(*d, Note), VelString(L"of a"));
     EXPECT_EQ(destroyed.size(), 3u);
 }
 
@@ -117,13 +112,13 @@ TEST_F(StyleSheetDeletion, StylesOfAnotherSheetLoseTheirHeirsHereAndStay)
     TestSheet sheet;
     TestSheet other;
     Style* outside = AddTo(other, L"outside");
-    outside->SetProperty(Note, Any(Name(L"of outside")));
+    outside->SetProperty(Note, Any(VelString(L"of outside")));
     Style* heir = AddTo(sheet, L"heir", outside);
     Style* heirThere = AddTo(other, L"heir there", outside);
     EXPECT_FALSE(Delete(sheet, {outside}));
     EXPECT_THAT(destroyed, IsEmpty());
     EXPECT_EQ(heir->GetParent(), nullptr);
-    EXPECT_EQ(OwnText(*heir, Note), Name(L"of outside"));
+    EXPECT_EQ(OwnText(*heir, Note), VelString(L"of outside"));
     EXPECT_EQ(heirThere->GetParent(), outside);
     EXPECT_EQ(other.Get(L"outside"), outside);
 }
@@ -155,7 +150,7 @@ TEST_F(StyleSheetDeletion, ADefinitionThatThrowsLeavesAllStylesInTheSheet)
     {
         const auto guard = std::exchange(probe->onCall, {});
         Manager().RegisterProperty(StyleCategoryName, brittle, probe);
-        a->SetProperty(brittle, Any(Name(L"x")));
+        a->SetProperty(brittle, Any(VelString(L"x")));
         probe->onCall = guard;
     }
     EXPECT_THROW(Delete(sheet, {a}), std::runtime_error);
@@ -214,13 +209,13 @@ TEST_F(StyleSheetDeletion, ALongWayOfInheritanceIsDeletedFromItsMiddle)
         styles[index]->SetParent(styles[index + 1]);
     }
     styles[75'000]->SetProperty(Width, Any(7.0));
-    styles[74'000]->SetProperty(Color, Any(Name(L"red")));
+    styles[74'000]->SetProperty(Color, Any(VelString(L"red")));
     const std::vector<Style*> doomed(styles.begin() + 25'000, styles.begin() + 75'000);
     EXPECT_TRUE(Delete(sheet, doomed));
     EXPECT_EQ(sheet.GetStyles().size(), 50'000u);
     Style* last = styles[24'999];
     EXPECT_EQ(last->GetParent(), styles[75'000]);
-    EXPECT_EQ(OwnText(*last, Color), Name(L"red"));
+    EXPECT_EQ(OwnText(*last, Color), VelString(L"red"));
     EXPECT_FALSE(last->DoesOverrideProperty(Width));
     EXPECT_EQ(EffectiveNumber(*styles[0], Width), 7.0);
     EXPECT_TRUE(Delete(sheet, sheet.GetStyles()));
@@ -257,8 +252,8 @@ TEST_F(StyleSheetDeletion, ClosedWaysOfInheritanceAreDeletedToo)
         "c2": {"inherits": "c"},
         "heir": {"inherits": "a"}}})"));
     EXPECT_TRUE(Delete(sheet, {sheet.Get(L"a"), sheet.Get(L"c")}));
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"b"), Name(L"c2"), Name(L"heir")));
-    EXPECT_EQ(EffectiveText(*sheet.Get(L"heir"), Note), Name(L"of a"));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"b"), VelString(L"c2"), VelString(L"heir")));
+    EXPECT_EQ(EffectiveText(*sheet.Get(L"heir"), Note), VelString(L"of a"));
     for (const Style* style : sheet.GetStyles())
     {
         for (const Style* parent : {style->GetParent()})

@@ -27,17 +27,12 @@ protected:
     TestSheet sheet;
 };
 
-VelString Name(const wchar_t* text)
-{
-    return VelString(text);
-}
-
 } // namespace
 
 TEST_F(StyleSheetDocument, HasVersionIdentityAndABlockForEachCategory)
 {
     sheet.SetVersion(3);
-    sheet.SetExternalID(Name(L"the id"));
+    sheet.SetExternalID(VelString(L"the id"));
     sheet.Add(L"b", Fill)->SetProperty(Angle, Any(45.0));
     sheet.Add(L"A", Fill);
     EXPECT_EQ(sheet.Write(), R"({
@@ -91,9 +86,9 @@ TEST_F(StyleSheetDocument, StylesAreGroupedByCategoryAndName)
     map[Key(L"left over")];
     sheet.GenerateCategoryStyleMap(map);
     EXPECT_EQ(map.size(), 3u);
-    EXPECT_THAT(map[Fill], ElementsAre(Pair(Name(L"Y"), fillToo), Pair(Name(L"z"), fill)));
-    EXPECT_THAT(map[Outline], ElementsAre(Pair(Name(L"x"), outline)));
-    EXPECT_THAT(map[PropertyKey::Empty], ElementsAre(Pair(Name(L"w"), without)));
+    EXPECT_THAT(map[Fill], ElementsAre(Pair(VelString(L"Y"), fillToo), Pair(VelString(L"z"), fill)));
+    EXPECT_THAT(map[Outline], ElementsAre(Pair(VelString(L"x"), outline)));
+    EXPECT_THAT(map[PropertyKey::Empty], ElementsAre(Pair(VelString(L"w"), without)));
 }
 
 TEST_F(StyleSheetDocument, AStyleWithoutCategoryIsReadBackOnlyWhereTheEmptyNameIsRegistered)
@@ -105,23 +100,23 @@ TEST_F(StyleSheetDocument, AStyleWithoutCategoryIsReadBackOnlyWhereTheEmptyNameI
     TestSheet without;
     EXPECT_TRUE(without.Read(document));
     EXPECT_THAT(without.GetStyles(), IsEmpty());
-    Manager().RegisterCategory(PropertyKey::Empty, Name(L"none"), false, false);
+    Manager().RegisterCategory(PropertyKey::Empty, VelString(L"none"), false, false);
     TestSheet with;
     EXPECT_TRUE(with.Read(document));
-    ASSERT_THAT(with.GetStyleNames(), ElementsAre(Name(L"a")));
+    ASSERT_THAT(with.GetStyleNames(), ElementsAre(VelString(L"a")));
     EXPECT_NE(with.Get(L"a")->GetCategory(), nullptr);
-    EXPECT_EQ(with.Get(L"a")->GetCategoryUIName(), Name(L"none"));
+    EXPECT_EQ(with.Get(L"a")->GetCategoryUIName(), VelString(L"none"));
 }
 
 TEST_F(StyleSheetDocument, JsonIsAddedToAnObjectAndNothingElse)
 {
     Json::Variant object = Json::Object();
-    object.Get<Json::Object>().AddValue(Name(L"mine"), true);
+    object.Get<Json::Object>().AddValue(VelString(L"mine"), true);
     sheet.Add(L"a", Fill);
     sheet.ExportJson(object, false);
-    EXPECT_EQ(object.Get<Json::Object>().GetValueName(0), Name(L"mine"));
-    EXPECT_NE(object.Get<Json::Object>().GetValue(Name(L"fill")), nullptr);
-    EXPECT_TRUE(object.Get<Json::Object>().GetValue(Name(L"version"))->Is<double>());
+    EXPECT_EQ(object.Get<Json::Object>().GetValueName(0), VelString(L"mine"));
+    EXPECT_NE(object.Get<Json::Object>().GetValue(VelString(L"fill")), nullptr);
+    EXPECT_TRUE(object.Get<Json::Object>().GetValue(VelString(L"version"))->Is<double>());
     for (Json::Variant other : {Json::Variant(), Json::Variant(Json::Array()), Json::Variant(1.0)})
     {
         EXPECT_THROW(sheet.ExportJson(other, false), std::bad_cast);
@@ -166,7 +161,7 @@ TEST_F(StyleSheetDocument, AStreamThatRefusesIsAnsweredFalse)
 TEST_F(StyleSheetDocument, WhatIsExportedIsImported)
 {
     Style* base = sheet.Add(L"Base", StyleCategoryName);
-    base->SetProperty(Note, Any(Name(L"of the base")));
+    base->SetProperty(Note, Any(VelString(L"of the base")));
     Style* heir = sheet.Add(L"Heir", StyleCategoryName, base);
     Style* fill = sheet.Add(L"Fill", Fill);
     fill->SetProperty(PatternId, Any(std::uint32_t{0xFFFFFFFF}));
@@ -191,7 +186,7 @@ TEST_F(StyleSheetDocument, WhatIsExportedIsImported)
         EXPECT_EQ(read.GetCategoryName(), original.GetCategoryName());
         EXPECT_EQ(copy.GetStyleName(read.GetParent()), sheet.GetStyleName(original.GetParent()));
     }
-    EXPECT_EQ(EffectiveText(*copy.Get(L"Heir"), Note), Name(L"of the base"));
+    EXPECT_EQ(EffectiveText(*copy.Get(L"Heir"), Note), VelString(L"of the base"));
     EXPECT_EQ(copy.Get(L"Heir")->GetSubstyle(Fill, false)->GetParent(), copy.Get(L"Fill"));
     EXPECT_EQ(copy.Get(L"Fill")->GetProperty(PatternId).Get<std::uint32_t>(), 0xFFFFFFFF);
     EXPECT_EQ(copy.Get(L"Heir")->GetProperty(Stops).Get<std::vector<Style*>>().size(), 2u);
@@ -212,31 +207,31 @@ TEST_F(StyleSheetDocument, AnImportAddsToTheStylesThatAreThere)
 {
     Style* old = sheet.Add(L"old", Fill);
     EXPECT_TRUE(sheet.Read(R"({"fill": {"new": {"inherits": "old"}}})"));
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"new"), Name(L"old")));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"new"), VelString(L"old")));
     EXPECT_EQ(sheet.Get(L"new")->GetParent(), old);
 }
 
 TEST_F(StyleSheetDocument, WithoutReplacingAStyleThatIsThereStaysUnread)
 {
-    sheet.SetExternalID(Name(L"id"));
+    sheet.SetExternalID(VelString(L"id"));
     Style* old = sheet.Add(L"Name", Fill);
     old->SetProperty(Angle, Any(1.0));
     EXPECT_TRUE(sheet.Read(
         R"({"outline": {"name": {"width": "2"}}, "fill": {"NAME": {"angle": "2", "inherits": "x"}, "x": {}}})"));
     EXPECT_EQ(sheet.Get(L"name"), old);
-    EXPECT_EQ(sheet.GetStyleName(old), Name(L"Name"));
+    EXPECT_EQ(sheet.GetStyleName(old), VelString(L"Name"));
     EXPECT_EQ(old->GetCategoryName(), Fill);
     EXPECT_EQ(EffectiveNumber(*old, Angle), 1.0);
     EXPECT_EQ(old->GetParent(), nullptr);
     EXPECT_EQ(old->GetExternalID(), VelString());
-    EXPECT_EQ(sheet.Get(L"x")->GetExternalID(), Name(L"id"));
+    EXPECT_EQ(sheet.Get(L"x")->GetExternalID(), VelString(L"id"));
 }
 
 TEST_F(StyleSheetDocument, ReplacingReadsTheStyleInThePlaceOfTheOldOne)
 {
     sheet.Add(L"Name", Fill)->SetProperty(Angle, Any(1.0));
     EXPECT_TRUE(sheet.Read(R"({"fill": {"NAME": {"skew": "2"}}})", true));
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"NAME")));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"NAME")));
     EXPECT_FALSE(sheet.Get(L"name")->DoesOverrideProperty(Angle));
     EXPECT_EQ(EffectiveNumber(*sheet.Get(L"name"), Skew), 2.0);
 }
@@ -246,17 +241,17 @@ TEST_F(StyleSheetDocument, OnlyASheetWithAnIdentityTakesThatOfTheDocument)
     const std::string document = R"({"fill": {"a": {"id": "own"}, "b": {}}, "id": "of the document"})";
     EXPECT_TRUE(sheet.Read(document));
     EXPECT_EQ(sheet.GetExternalID(), VelString());
-    EXPECT_EQ(sheet.Get(L"a")->GetExternalID(), Name(L"own"));
+    EXPECT_EQ(sheet.Get(L"a")->GetExternalID(), VelString(L"own"));
     EXPECT_EQ(sheet.Get(L"b")->GetExternalID(), VelString());
     TestSheet external;
-    external.SetExternalID(Name(L"before"));
+    external.SetExternalID(VelString(L"before"));
     EXPECT_TRUE(external.Read(document));
-    EXPECT_EQ(external.GetExternalID(), Name(L"of the document"));
-    EXPECT_EQ(external.Get(L"a")->GetExternalID(), Name(L"of the document"));
-    EXPECT_EQ(external.Get(L"b")->GetExternalID(), Name(L"of the document"));
+    EXPECT_EQ(external.GetExternalID(), VelString(L"of the document"));
+    EXPECT_EQ(external.Get(L"a")->GetExternalID(), VelString(L"of the document"));
+    EXPECT_EQ(external.Get(L"b")->GetExternalID(), VelString(L"of the document"));
     EXPECT_TRUE(external.Read(R"({"id": 5, "fill": {"c": {}}})"));
-    EXPECT_EQ(external.GetExternalID(), Name(L"of the document")) << "no text";
-    EXPECT_EQ(external.Get(L"c")->GetExternalID(), Name(L"of the document"));
+    EXPECT_EQ(external.GetExternalID(), VelString(L"of the document")) << "no text";
+    EXPECT_EQ(external.Get(L"c")->GetExternalID(), VelString(L"of the document"));
     EXPECT_TRUE(external.Read(R"({"id": "", "fill": {"d": {}}})"));
     EXPECT_EQ(external.GetExternalID(), VelString());
     EXPECT_EQ(external.Get(L"d")->GetExternalID(), VelString());
@@ -299,7 +294,7 @@ TEST_F(StyleSheetDocument, NoVersionIsVersionZero)
 TEST_F(StyleSheetDocument, AnIntegerIsNoVersion)
 {
     Json::Object root;
-    root.AddValue(Name(L"version"), std::int64_t{3});
+    root.AddValue(VelString(L"version"), std::int64_t{3});
     EXPECT_TRUE(sheet.ImportJson(&root, false));
     EXPECT_EQ(sheet.GetVersion(), 0);
     EXPECT_FALSE(sheet.ImportJson(nullptr, false));
@@ -340,7 +335,7 @@ TEST_F(StyleSheetDocument, CategoriesThatAreNotRegisteredArePassedOver)
     Style* old = sheet.Add(L"old", Fill);
     EXPECT_TRUE(sheet.Read(
         R"({"unknown": {"a": {}, "old": {}, "b": 5}, "FILL": {"c": {}}, "": {"d": {}}, "fill": {"e": {}}})", true));
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"e"), Name(L"old")));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"e"), VelString(L"old")));
     EXPECT_EQ(sheet.Get(L"old"), old);
 }
 
@@ -359,7 +354,7 @@ TEST_F(StyleSheetDocument, AStyleThatIsNoObjectStopsTheImportWhereItStands)
         target.SetVersion(7);
         EXPECT_FALSE(target.Read(std::string(R"({"fill": {"a": {"angle": "1"}, "b": )") + wrong +
                                  R"(, "c": {}}, "version": 5})"));
-        EXPECT_THAT(target.GetStyleNames(), ElementsAre(Name(L"a"), Name(L"old"))) << wrong;
+        EXPECT_THAT(target.GetStyleNames(), ElementsAre(VelString(L"a"), VelString(L"old"))) << wrong;
         EXPECT_EQ(target.Get(L"old"), old);
         EXPECT_TRUE(target.Get(L"a")->IsEmpty());
         EXPECT_EQ(target.Get(L"a")->GetCategoryName(), PropertyKey::Empty);
@@ -371,7 +366,7 @@ TEST_F(StyleSheetDocument, AValueThatCannotBeReadStopsTheImportWhereItStands)
 {
     EXPECT_FALSE(
         sheet.Read(R"({"fill": {"a": {"patternId": "7"}, "b": {"patternId": "no number"}, "c": {"patternId": "8"}}})"));
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"a"), Name(L"b"), Name(L"c")));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"a"), VelString(L"b"), VelString(L"c")));
     EXPECT_EQ(sheet.Get(L"a")->GetProperty(PatternId).Get<std::uint32_t>(), 7u);
     EXPECT_EQ(sheet.Get(L"b")->GetCategoryName(), Fill);
     EXPECT_TRUE(sheet.Get(L"b")->IsEmpty());
@@ -382,7 +377,7 @@ TEST_F(StyleSheetDocument, WhatIsNoDocumentLeavesTheSheetAsItWas)
 {
     sheet.Add(L"old", Fill)->SetProperty(Angle, Any(1.0));
     sheet.SetVersion(5);
-    sheet.SetExternalID(Name(L"id"));
+    sheet.SetExternalID(VelString(L"id"));
     const std::string before = sheet.Write();
     for (const char* text : {"", " ", "[]", "[{}]", "1", "\"x\"", "true", "null", "{", "{}x", "{\"version\": 9,}",
                              "{'a': 1}", "{\"id\": \"x\" \"b\"}"})
@@ -400,10 +395,10 @@ TEST_F(StyleSheetDocument, OneNameInTwoBlocksIsOneStyleOfTheLaterCategory)
         TestSheet target;
         EXPECT_TRUE(target.Read(
             R"({"fill": {"Name": {"angle": "4", "color": "red"}}, "outline": {"NAME": {"color": "blue"}}})", replace));
-        EXPECT_THAT(target.GetStyleNames(), ElementsAre(replace ? Name(L"NAME") : Name(L"Name")));
+        EXPECT_THAT(target.GetStyleNames(), ElementsAre(replace ? VelString(L"NAME") : VelString(L"Name")));
         const Style* style = target.Get(L"name");
         EXPECT_EQ(style->GetCategoryName(), Outline);
-        EXPECT_EQ(OwnText(*style, Color), Name(L"blue"));
+        EXPECT_EQ(OwnText(*style, Color), VelString(L"blue"));
         EXPECT_TRUE(style->DoesOverrideProperty(Angle)) << "each block has been read into it in turn";
     }
 }

@@ -29,11 +29,6 @@ static_assert(std::has_virtual_destructor_v<Styles::StyleSheet>);
 class StyleSheet : public DestructionFixture
 {};
 
-VelString Name(const wchar_t* text)
-{
-    return VelString(text);
-}
-
 } // namespace
 
 TEST_F(StyleSheet, StartsEmptyAtTheCurrentVersion)
@@ -54,7 +49,7 @@ TEST_F(StyleSheet, ListsItsStylesInTheOrderOfTheirNamesWithoutCase)
     Style* c = AddTo(sheet, L"C");
     Style* a = AddTo(sheet, L"A");
     EXPECT_THAT(sheet.GetStyles(), ElementsAre(a, b, c));
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"A"), Name(L"b"), Name(L"C")));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"A"), VelString(L"b"), VelString(L"C")));
 }
 
 TEST_F(StyleSheet, FindsAStyleWithoutRegardToCase)
@@ -65,18 +60,18 @@ TEST_F(StyleSheet, FindsAStyleWithoutRegardToCase)
     EXPECT_EQ(sheet.Get(L"üBERSCHRIFT 1"), style);
     EXPECT_EQ(sheet.Get(L"Überschrift"), nullptr);
     EXPECT_EQ(sheet.Get(L""), nullptr);
-    EXPECT_EQ(sheet.GetStyleName(style), Name(L"Überschrift 1"));
+    EXPECT_EQ(sheet.GetStyleName(style), VelString(L"Überschrift 1"));
 }
 
 TEST_F(StyleSheet, AClashOfNamesDestroysTheStyleThatIsOffered)
 {
     TestSheet sheet;
     Style* old = AddTo(sheet, L"Heading");
-    EXPECT_EQ(sheet.AddStyle(Name(L"heading"), MakeStyle(L"offered"), false), nullptr);
+    EXPECT_EQ(sheet.AddStyle(VelString(L"heading"), MakeStyle(L"offered"), false), nullptr);
     EXPECT_THAT(destroyed, ElementsAre("offered"));
     EXPECT_EQ(sheet.Get(L"heading"), old);
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"Heading")));
-    EXPECT_EQ(sheet.AddStyle(Name(L"heading"), nullptr, false), nullptr);
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"Heading")));
+    EXPECT_EQ(sheet.AddStyle(VelString(L"heading"), nullptr, false), nullptr);
     EXPECT_EQ(sheet.Get(L"heading"), old);
 }
 
@@ -85,20 +80,20 @@ TEST_F(StyleSheet, ReplacingGivesTheOldStyleBackAndTakesTheNewSpelling)
     TestSheet sheet;
     Style* old = AddTo(sheet, L"Heading");
     Style* offered = MakeStyle(L"offered");
-    const std::unique_ptr<Style> removed(sheet.AddStyle(Name(L"HEADING"), offered, true));
+    const std::unique_ptr<Style> removed(sheet.AddStyle(VelString(L"HEADING"), offered, true));
     EXPECT_EQ(removed.get(), old);
     EXPECT_THAT(destroyed, IsEmpty());
     EXPECT_EQ(sheet.Get(L"heading"), offered);
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"HEADING")));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"HEADING")));
     EXPECT_EQ(sheet.GetStyleName(old), VelString());
-    EXPECT_EQ(sheet.GetStyleName(offered), Name(L"HEADING"));
+    EXPECT_EQ(sheet.GetStyleName(offered), VelString(L"HEADING"));
 }
 
 TEST_F(StyleSheet, ReplacingWhereNothingIsThereJustAdds)
 {
     TestSheet sheet;
     Style* style = MakeStyle(L"new");
-    EXPECT_EQ(sheet.AddStyle(Name(L"new"), style, true), nullptr);
+    EXPECT_EQ(sheet.AddStyle(VelString(L"new"), style, true), nullptr);
     EXPECT_THAT(sheet.GetStyles(), ElementsAre(style));
 }
 
@@ -106,53 +101,53 @@ TEST_F(StyleSheet, ReplacingAStyleByItselfKeepsIt)
 {
     TestSheet sheet;
     Style* style = AddTo(sheet, L"name");
-    EXPECT_EQ(sheet.AddStyle(Name(L"NAME"), style, true), style);
+    EXPECT_EQ(sheet.AddStyle(VelString(L"NAME"), style, true), style);
     EXPECT_THAT(sheet.GetStyles(), ElementsAre(style));
-    EXPECT_EQ(sheet.GetStyleName(style), Name(L"NAME"));
+    EXPECT_EQ(sheet.GetStyleName(style), VelString(L"NAME"));
     EXPECT_THAT(destroyed, IsEmpty());
 }
 
 TEST_F(StyleSheet, ANullStyleIsStored)
 {
     TestSheet sheet;
-    EXPECT_EQ(sheet.AddStyle(Name(L"null"), nullptr, false), nullptr);
+    EXPECT_EQ(sheet.AddStyle(VelString(L"null"), nullptr, false), nullptr);
     EXPECT_THAT(sheet.GetStyles(), ElementsAre(nullptr));
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"null")));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"null")));
     EXPECT_EQ(sheet.GetStyleName(nullptr), VelString());
     EXPECT_FALSE(sheet.RemoveStyle(static_cast<Style*>(nullptr)));
-    EXPECT_EQ(sheet.RemoveStyle(Name(L"NULL")), nullptr);
+    EXPECT_EQ(sheet.RemoveStyle(VelString(L"NULL")), nullptr);
     EXPECT_THAT(sheet.GetStyleNames(), IsEmpty());
 }
 
 TEST_F(StyleSheet, NullEntriesArePassedOverByEveryWalk)
 {
     TestSheet sheet;
-    sheet.AddStyle(Name(L"a"), nullptr, false);
+    sheet.AddStyle(VelString(L"a"), nullptr, false);
     Style* parent = AddTo(sheet, L"b");
     Style* child = AddTo(sheet, L"c", parent);
-    sheet.AddStyle(Name(L"d"), nullptr, false);
-    EXPECT_THAT(sheet.GetStylesByName({Name(L"a"), Name(L"b"), Name(L"d")}), ElementsAre(parent));
+    sheet.AddStyle(VelString(L"d"), nullptr, false);
+    EXPECT_THAT(sheet.GetStylesByName({VelString(L"a"), VelString(L"b"), VelString(L"d")}), ElementsAre(parent));
     EXPECT_THAT(sheet.GetStylesByCategory(StyleCategoryName), ElementsAre(parent, child));
     EXPECT_THAT(sheet.GetStylesByCategory(PropertyKey::Empty), IsEmpty());
-    EXPECT_THAT(sheet.GetStyleNames(StyleCategoryName), ElementsAre(Name(L"b"), Name(L"c")));
+    EXPECT_THAT(sheet.GetStyleNames(StyleCategoryName), ElementsAre(VelString(L"b"), VelString(L"c")));
     EXPECT_THAT(sheet.GetStyleNames(PropertyKey::Empty), IsEmpty());
-    EXPECT_THAT(sheet.GetChildStyles(parent), ElementsAre(Pair(Name(L"c"), child)));
+    EXPECT_THAT(sheet.GetChildStyles(parent), ElementsAre(Pair(VelString(L"c"), child)));
     std::vector<Style*> dependants;
     sheet.GetDependencies(StyleSpan(std::vector<Style*>{parent, nullptr}), dependants);
     EXPECT_THAT(dependants, ElementsAre(parent, child));
-    EXPECT_EQ(sheet.GetExternalStyleAlias(Name(L"id"), Name(L"name")), nullptr);
+    EXPECT_EQ(sheet.GetExternalStyleAlias(VelString(L"id"), VelString(L"name")), nullptr);
     TestSheet::CategoryStyleMap byCategory;
     sheet.GenerateCategoryStyleMap(byCategory);
-    EXPECT_THAT(byCategory,
-                ElementsAre(Pair(StyleCategoryName, ElementsAre(Pair(Name(L"b"), parent), Pair(Name(L"c"), child)))));
+    EXPECT_THAT(byCategory, ElementsAre(Pair(StyleCategoryName, ElementsAre(Pair(VelString(L"b"), parent),
+                                                                            Pair(VelString(L"c"), child)))));
     const std::vector<Style*> doomed{nullptr, parent};
     EXPECT_TRUE(sheet.DeleteStyles(StyleSpan(doomed)));
     EXPECT_EQ(child->GetParent(), nullptr);
     TestSheet reader;
     EXPECT_TRUE(reader.Read(sheet.Write()));
-    EXPECT_THAT(reader.GetStyleNames(), ElementsAre(Name(L"c")));
-    sheet.RenameStyle(Name(L"a"), Name(L"e"));
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"c"), Name(L"d"), Name(L"e")));
+    EXPECT_THAT(reader.GetStyleNames(), ElementsAre(VelString(L"c")));
+    sheet.RenameStyle(VelString(L"a"), VelString(L"e"));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"c"), VelString(L"d"), VelString(L"e")));
     TestSheet other;
     sheet.MergeIn(other, true);
     sheet.Clear();
@@ -164,9 +159,9 @@ TEST_F(StyleSheet, AStyleThatIsTakenOutBelongsToTheCaller)
     TestSheet sheet;
     Style* first = AddTo(sheet, L"first");
     Style* second = AddTo(sheet, L"second");
-    const std::unique_ptr<Style> owned(sheet.RemoveStyle(Name(L"FIRST")));
+    const std::unique_ptr<Style> owned(sheet.RemoveStyle(VelString(L"FIRST")));
     EXPECT_EQ(owned.get(), first);
-    EXPECT_EQ(sheet.RemoveStyle(Name(L"first")), nullptr);
+    EXPECT_EQ(sheet.RemoveStyle(VelString(L"first")), nullptr);
     EXPECT_FALSE(sheet.RemoveStyle(first));
     EXPECT_TRUE(sheet.RemoveStyle(second));
     const std::unique_ptr<Style> ownedToo(second);
@@ -192,16 +187,16 @@ TEST_F(StyleSheet, ClearingKeepsTheIdentityAndTakesTheCurrentVersion)
 {
     TestSheet sheet;
     AddTo(sheet, L"a");
-    sheet.SetExternalID(Name(L"id"));
+    sheet.SetExternalID(VelString(L"id"));
     sheet.SetVersion(1);
     Manager().SetCurrentVersion(8);
     sheet.Clear();
     EXPECT_THAT(destroyed, ElementsAre("a"));
     EXPECT_THAT(sheet.GetStyles(), IsEmpty());
-    EXPECT_EQ(sheet.GetExternalID(), Name(L"id"));
+    EXPECT_EQ(sheet.GetExternalID(), VelString(L"id"));
     EXPECT_EQ(sheet.GetVersion(), 8);
     AddTo(sheet, L"a");
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"a")));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"a")));
 }
 
 TEST_F(StyleSheet, VersionAndIdentityAreSetAndRead)
@@ -210,8 +205,8 @@ TEST_F(StyleSheet, VersionAndIdentityAreSetAndRead)
     Style* style = AddTo(sheet, L"a");
     sheet.SetVersion(-12);
     EXPECT_EQ(sheet.GetVersion(), -12);
-    sheet.SetExternalID(Name(L"id"));
-    EXPECT_EQ(sheet.GetExternalID(), Name(L"id"));
+    sheet.SetExternalID(VelString(L"id"));
+    EXPECT_EQ(sheet.GetExternalID(), VelString(L"id"));
     EXPECT_EQ(style->GetExternalID(), VelString()) << "the styles are not told";
 }
 
@@ -220,8 +215,8 @@ TEST_F(StyleSheet, StylesAreFoundByNamesInTheOrderGiven)
     TestSheet sheet;
     Style* a = AddTo(sheet, L"a");
     Style* b = AddTo(sheet, L"b");
-    EXPECT_THAT(sheet.GetStylesByName({Name(L"a"), Name(L"missing"), Name(L"A")}), ElementsAre(a, a));
-    EXPECT_THAT(sheet.GetStylesByName({Name(L"b"), Name(L"a")}), ElementsAre(b, a));
+    EXPECT_THAT(sheet.GetStylesByName({VelString(L"a"), VelString(L"missing"), VelString(L"A")}), ElementsAre(a, a));
+    EXPECT_THAT(sheet.GetStylesByName({VelString(L"b"), VelString(L"a")}), ElementsAre(b, a));
     EXPECT_THAT(sheet.GetStylesByName({}), IsEmpty());
 }
 
@@ -233,9 +228,9 @@ TEST_F(StyleSheet, StylesAreFoundByCategory)
     Style* without = sheet.Add(L"nothing", Key(L"unregistered"));
     AddTo(sheet, L"graphic");
     EXPECT_THAT(sheet.GetStylesByCategory(Fill), ElementsAre(fillToo, fill));
-    EXPECT_THAT(sheet.GetStyleNames(Fill), ElementsAre(Name(L"A fill"), Name(L"z fill")));
+    EXPECT_THAT(sheet.GetStyleNames(Fill), ElementsAre(VelString(L"A fill"), VelString(L"z fill")));
     EXPECT_THAT(sheet.GetStylesByCategory(PropertyKey::Empty), ElementsAre(without));
-    EXPECT_THAT(sheet.GetStyleNames(PropertyKey::Empty), ElementsAre(Name(L"nothing")));
+    EXPECT_THAT(sheet.GetStyleNames(PropertyKey::Empty), ElementsAre(VelString(L"nothing")));
     EXPECT_THAT(sheet.GetStylesByCategory(Key(L"FILL")), IsEmpty());
     EXPECT_THAT(sheet.GetStyleNames(Outline), IsEmpty());
 }
@@ -248,13 +243,13 @@ TEST_F(StyleSheet, ChildrenAreTheDirectHeirsOnly)
     Style* childToo = AddTo(sheet, L"a child", parent);
     Style* grandchild = AddTo(sheet, L"grandchild", child);
     EXPECT_THAT(sheet.GetChildStyles(parent),
-                ElementsAre(Pair(Name(L"a child"), childToo), Pair(Name(L"B child"), child)));
-    EXPECT_THAT(sheet.GetChildStyles(child), ElementsAre(Pair(Name(L"grandchild"), grandchild)));
+                ElementsAre(Pair(VelString(L"a child"), childToo), Pair(VelString(L"B child"), child)));
+    EXPECT_THAT(sheet.GetChildStyles(child), ElementsAre(Pair(VelString(L"grandchild"), grandchild)));
     EXPECT_THAT(sheet.GetChildStyles(grandchild), IsEmpty());
     EXPECT_THAT(sheet.GetChildStyles(nullptr), IsEmpty()) << "not: the styles without parent";
     Style outside(nullptr, StyleCategoryName);
     childToo->SetParent(&outside);
-    EXPECT_THAT(sheet.GetChildStyles(&outside), ElementsAre(Pair(Name(L"a child"), childToo)));
+    EXPECT_THAT(sheet.GetChildStyles(&outside), ElementsAre(Pair(VelString(L"a child"), childToo)));
 }
 
 TEST_F(StyleSheet, AnExternalStyleIsFoundByExactlyItsIdentityAndName)
@@ -262,8 +257,8 @@ TEST_F(StyleSheet, AnExternalStyleIsFoundByExactlyItsIdentityAndName)
     TestSheet sheet;
     const auto add = [&](const wchar_t* name, const wchar_t* id, const wchar_t* externalName) {
         Style* style = AddTo(sheet, name);
-        style->SetExternalID(Name(id));
-        style->SetExternalName(Name(externalName));
+        style->SetExternalID(VelString(id));
+        style->SetExternalName(VelString(externalName));
         return style;
     };
     add(L"c", L"id", L"name");
@@ -272,22 +267,22 @@ TEST_F(StyleSheet, AnExternalStyleIsFoundByExactlyItsIdentityAndName)
     add(L"0", L"ID", L"name");
     add(L"1", L"", L"name");
     add(L"2", L"id", L"");
-    EXPECT_EQ(sheet.GetExternalStyleAlias(Name(L"id"), Name(L"name")), first);
-    EXPECT_EQ(sheet.GetExternalStyleAlias(Name(L"id"), Name(L"other")), nullptr);
-    EXPECT_EQ(sheet.GetExternalStyleAlias(Name(L"Id"), Name(L"name")), nullptr);
-    EXPECT_EQ(sheet.GetExternalStyleAlias(VelString(), Name(L"name")), nullptr);
-    EXPECT_EQ(sheet.GetExternalStyleAlias(Name(L"id"), VelString()), nullptr);
+    EXPECT_EQ(sheet.GetExternalStyleAlias(VelString(L"id"), VelString(L"name")), first);
+    EXPECT_EQ(sheet.GetExternalStyleAlias(VelString(L"id"), VelString(L"other")), nullptr);
+    EXPECT_EQ(sheet.GetExternalStyleAlias(VelString(L"Id"), VelString(L"name")), nullptr);
+    EXPECT_EQ(sheet.GetExternalStyleAlias(VelString(), VelString(L"name")), nullptr);
+    EXPECT_EQ(sheet.GetExternalStyleAlias(VelString(L"id"), VelString()), nullptr);
 }
 
 TEST_F(StyleSheet, AStyleUnderTwoNamesIsKnownByTheLast)
 {
     TestSheet sheet;
     Style* style = AddTo(sheet, L"first");
-    sheet.AddStyle(Name(L"second"), style, false);
+    sheet.AddStyle(VelString(L"second"), style, false);
     EXPECT_THAT(sheet.GetStyles(), ElementsAre(style, style));
-    EXPECT_EQ(sheet.GetStyleName(style), Name(L"second"));
+    EXPECT_EQ(sheet.GetStyleName(style), VelString(L"second"));
     EXPECT_TRUE(sheet.RemoveStyle(style));
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"first")));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"first")));
     EXPECT_EQ(sheet.Get(L"first"), style);
     EXPECT_EQ(sheet.GetStyleName(style), VelString());
     EXPECT_THAT(destroyed, IsEmpty());
@@ -303,7 +298,7 @@ TEST_F(StyleSheet, AStyleUnderSeveralNamesIsDestroyedOnce)
         Style* style = AddTo(sheet, L"b");
         for (const wchar_t* name : {L"d", L"a", L"c"})
         {
-            sheet.AddStyle(Name(name), style, false);
+            sheet.AddStyle(VelString(name), style, false);
         }
         AddTo(sheet, L"e");
     }
@@ -312,8 +307,8 @@ TEST_F(StyleSheet, AStyleUnderSeveralNamesIsDestroyedOnce)
     {
         TestSheet sheet;
         Style* style = AddTo(sheet, L"b");
-        sheet.AddStyle(Name(L"a"), style, false);
-        sheet.AddStyle(Name(L"c"), style, false);
+        sheet.AddStyle(VelString(L"a"), style, false);
+        sheet.AddStyle(VelString(L"c"), style, false);
         EXPECT_TRUE(sheet.RemoveStyle(style)); // the names a and b are left, and it is known by neither
     }
     EXPECT_THAT(destroyed, ElementsAre("b"));
@@ -323,15 +318,15 @@ TEST_F(StyleSheet, AStyleThatMustGoWhileItIsListedBecomesEmpty)
 {
     TestSheet sheet;
     Style* style = AddTo(sheet, L"first");
-    sheet.AddStyle(Name(L"second"), style, false);
+    sheet.AddStyle(VelString(L"second"), style, false);
     const std::vector<Style*> doomed{style};
     EXPECT_TRUE(sheet.DeleteStyles(StyleSpan(doomed)));
     EXPECT_THAT(destroyed, ElementsAre("first")) << "its values are";
-    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"first")));
+    EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"first")));
     ASSERT_EQ(sheet.Get(L"first"), style);
     EXPECT_TRUE(style->IsEmpty());
     EXPECT_EQ(style->GetCategoryName(), PropertyKey::Empty);
-    EXPECT_EQ(sheet.AddStyle(Name(L"FIRST"), style, false), nullptr) << "a clash with itself";
+    EXPECT_EQ(sheet.AddStyle(VelString(L"FIRST"), style, false), nullptr) << "a clash with itself";
     EXPECT_EQ(sheet.Get(L"first"), style);
 }
 
@@ -339,19 +334,19 @@ TEST_F(StyleSheet, ACopySharesTheCollectionOfItsSource)
 {
     TestSheet source;
     Style* style = AddTo(source, L"a");
-    source.SetExternalID(Name(L"id"));
+    source.SetExternalID(VelString(L"id"));
     source.SetVersion(5);
     alignas(TestSheet) std::byte storage[sizeof(TestSheet)];
     auto* copy = new (storage) TestSheet(source); // never destroyed: its source is
     EXPECT_THAT(copy->GetStyles(), ElementsAre(style));
     EXPECT_EQ(copy->GetVersion(), 5);
-    EXPECT_EQ(copy->GetExternalID(), Name(L"id"));
+    EXPECT_EQ(copy->GetExternalID(), VelString(L"id"));
     Style* added = AddTo(*copy, L"b");
     EXPECT_EQ(source.Get(L"b"), added);
-    EXPECT_EQ(source.GetStyleName(added), Name(L"b"));
+    EXPECT_EQ(source.GetStyleName(added), VelString(L"b"));
     copy->SetExternalID(VelString());
     copy->SetVersion(6);
-    EXPECT_EQ(source.GetExternalID(), Name(L"id")) << "version and identity are its own";
+    EXPECT_EQ(source.GetExternalID(), VelString(L"id")) << "version and identity are its own";
     EXPECT_EQ(source.GetVersion(), 5);
     copy->CopyContentsFrom(source, nullptr);
     EXPECT_THAT(source.GetStyles(), ElementsAre(style, added)) << "the contents are there already";
@@ -369,16 +364,16 @@ TEST_F(StyleSheet, MergingInWorksOnTheOwnStylesAndEmptiesTheNamesOfTheOther)
         const std::unique_ptr<Style> orphan(AddTo(other, L"other"));
         sheet.MergeIn(other, replace);
         EXPECT_THAT(destroyed, ElementsAre("A", "b")) << "every own style under its own name";
-        EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(Name(L"A"), Name(L"b")));
+        EXPECT_THAT(sheet.GetStyleNames(), ElementsAre(VelString(L"A"), VelString(L"b")));
         EXPECT_THAT(sheet.GetStyles(), ElementsAre(a, b)) << "they stay listed, empty";
         EXPECT_TRUE(a->IsEmpty());
         EXPECT_TRUE(b->IsEmpty());
         EXPECT_EQ(b->GetParent(), nullptr);
         EXPECT_EQ(a->GetCategoryName(), PropertyKey::Empty);
-        EXPECT_EQ(sheet.GetStyleName(a), Name(L"A"));
+        EXPECT_EQ(sheet.GetStyleName(a), VelString(L"A"));
         EXPECT_THAT(other.GetStyleNames(), IsEmpty());
-        EXPECT_EQ(other.GetStyleName(orphan.get()), Name(L"other")) << "the names by style are left";
-        EXPECT_EQ(OwnText(*orphan, Probe), Name(L"other"));
+        EXPECT_EQ(other.GetStyleName(orphan.get()), VelString(L"other")) << "the names by style are left";
+        EXPECT_EQ(OwnText(*orphan, Probe), VelString(L"other"));
     }
 }
 

@@ -1,11 +1,14 @@
 #include "VelUtils/Stream.h"
 
+#include "StreamTestTools.h"
+
 #include <gmock/gmock.h>
 
 #include <optional>
 #include <stdexcept>
 #include <string>
 
+using Support::Write;
 using testing::ElementsAre;
 using VelUtils::MemoryStream;
 using VelUtils::Stream;
@@ -57,11 +60,6 @@ using Record = RecordingDevice::Record;
 Stream Recorded(Record& record)
 {
     return Stream(std::make_unique<RecordingDevice>(record));
-}
-
-bool Write(Stream& stream, std::string_view bytes)
-{
-    return stream.Write(bytes.data(), bytes.size());
 }
 
 std::string ReadAll(Stream& stream)

@@ -24,7 +24,7 @@ struct TestPool
     }
 };
 
-using Key = VelUtils::PooledString<TestPool>;
+using TestKey = VelUtils::PooledString<TestPool>;
 
 VelString Numbered(int i)
 {
@@ -144,32 +144,32 @@ TEST(StringPoolThreads, ThreadsThatAddTheSameTextsAgreeOnTheAddresses)
 
 TEST(PooledString, IsOnePointerThatIsCopiedWithoutThought)
 {
-    EXPECT_EQ(sizeof(void*), sizeof(Key));
-    EXPECT_TRUE(std::is_trivially_copyable_v<Key>);
-    EXPECT_TRUE(std::is_trivially_destructible_v<Key>);
-    EXPECT_FALSE((std::is_convertible_v<VelString, Key>));
+    EXPECT_EQ(sizeof(void*), sizeof(TestKey));
+    EXPECT_TRUE(std::is_trivially_copyable_v<TestKey>);
+    EXPECT_TRUE(std::is_trivially_destructible_v<TestKey>);
+    EXPECT_FALSE((std::is_convertible_v<VelString, TestKey>));
 }
 
 TEST(PooledString, StartsAsTheEmptyText)
 {
-    EXPECT_EQ(Key(VelString()), Key());
-    EXPECT_EQ(L"", Key().ToString());
+    EXPECT_EQ(TestKey(VelString()), TestKey());
+    EXPECT_EQ(L"", TestKey().ToString());
 }
 
 TEST(PooledString, KeysOfOneTextAreEqualAndHashEqual)
 {
-    const Key a(L"a");
-    const Key again(VelString(L"a"));
+    const TestKey a(L"a");
+    const TestKey again(VelString(L"a"));
     EXPECT_TRUE(a == again);
     EXPECT_FALSE(a != again);
     EXPECT_EQ(a.getHash(), again.getHash());
-    EXPECT_TRUE(a != Key(L"b"));
-    EXPECT_TRUE(a != Key(L"A"));
+    EXPECT_TRUE(a != TestKey(L"b"));
+    EXPECT_TRUE(a != TestKey(L"A"));
 }
 
 TEST(PooledString, GivesItsTextAndTheAddressInThePool)
 {
-    const Key key(L"key");
+    const TestKey key(L"key");
     EXPECT_EQ(L"key", key.ToString());
     EXPECT_EQ(&key.GetText(), key.GetPooled());
     EXPECT_EQ(TestPool::Get().AddString(L"key"), key.GetPooled());
@@ -177,14 +177,14 @@ TEST(PooledString, GivesItsTextAndTheAddressInThePool)
 
 TEST(PooledString, AMoveLeavesTheSourceAsItWas)
 {
-    Key key(L"key");
-    const Key moved(std::move(key));
+    TestKey key(L"key");
+    const TestKey moved(std::move(key));
     EXPECT_EQ(moved, key); // NOLINT: that is the promise
 }
 
 TEST(PooledString, TheHashIsFnv1aOverTheAddressFromItsLowestByte)
 {
-    const Key key(L"hashed");
+    const TestKey key(L"hashed");
     std::uint64_t address = reinterpret_cast<std::uintptr_t>(key.GetPooled());
     std::uint64_t expected = 14695981039346656037u;
     for (int i = 0; i < 8; ++i)
