@@ -1,338 +1,232 @@
+// Making a schema and styles, and finding places in them.
+
 #include "core/ModelPair.h"
 
-#include <gtest/gtest.h>
+#include <algorithm>
 
 namespace Styles::Modelling
 {
 
-void Pair::MakeSchema()
+namespace
+{
+
+constexpr std::size_t FewestTops = 4;
+
+StyleManager& Manager()
+{
+    return VelUtils::Singleton<StyleManager, 0>::GetInstance();
+}
+
+} // namespace
+
+Pair::Pair(Choose choose) : m_choose(std::move(choose))
 {
     Manager().Reset();
     Manager().SetCurrentVersion(1);
     m_sheet.SetVersion(1);
-    // Substyles and lists are of categories made before, so that nothing nests in itself.
+    MakeSchema();
+    for (std::size_t count = FewestTops + 2 + Below(3); count > 0; --count)
+    {
+        AddTop();
+    }
+}
+
+Pair::~Pair()
+{
+    m_sheet.Clear();
+    Manager().Reset();
+    Manager().SetCurrentVersion(-1);
+}
+
+bool Pair::Expect(bool holds, std::string_view what)
+{
+    if (!holds)
+    {
+        m_differences.push_back(std::string(m_operation) + ": " + std::string(what));
+    }
+    return holds;
+}
+
+void Pair::MakeSchema()
+{
     const std::size_t count = 2 + Below(3);
-    std::vector<std::string> names;
     for (std::size_t index = 0; index < count; ++index)
     {
-        const std::string name = "category" + std::to_string(index);
-        ModelCategory& category = m_schema[name];
-        Manager().RegisterCategory(KeyOf(name), Wide(name), false, true);
-        for (std::size_t property = 0; property < 2 + Below(3); ++property)
-        {
-            const std::string key = "text" + std::to_string(property);
-            category.texts[key] = "default of " + name;
-            Manager().RegisterProperty(
-                KeyOf(name), KeyOf(key),
-                new StyleProperty(nullptr, Wide(category.texts[key]), new TextPolicy<VelString>(), 0));
-        }
-        for (const std::string& inner : names)
-        {
-            if (Below(3) != 0)
-            {
-                category.substyles.push_back(inner);
-                RegisterSubstyleSet(KeyOf(name), KeyOf(inner));
-            }
-        }
-        if (!names.empty())
-        {
-            category.lists["list"] = names.front();
-            Manager().RegisterProperty(KeyOf(name), KeyOf("list"),
-                                       new StyleArrayProperty(nullptr, KeyOf(names.front())));
-        }
-        names.push_back(name);
+        MakeCategory(index);
     }
 }
 
-void Pair::MakeStyles()
+/// Texts, substyles and a list; substyles and elements are of this category or of one made before.
+void Pair::MakeCategory(std::size_t index)
 {
-    for (std::size_t index = 0; index < 12; ++index)
+    const PropertyKey name = KeyOf("category" + std::to_string(index));
+    ModelCategory& category = *m_schema.emplace_back(std::make_unique<ModelCategory>());
+    category.name = name;
+    Manager().RegisterCategory(name, name.GetText(), false, true);
+    for (std::size_t text = 0; text < 1 + Below(3); ++text)
     {
-        const std::string name = "style" + std::to_string(10 + index);
-        auto model = std::make_unique<ModelStyle>();
-        model->category = AnyOf(m_schema).first;
-        m_sheet.AddStyle(Wide(name), std::make_unique<Style>(nullptr, KeyOf(model->category)).release(), true);
-        m_models[name] = std::move(model);
-        SetParents(name);
+        category.definitions.push_back({KeyOf("text" + std::to_string(text)), Kind::Text, AnyText(), nullptr});
+        const ModelDefinition& made = category.definitions.back();
+        Manager().RegisterProperty(name, made.key,
+                                   new StyleProperty(nullptr, Wide(made.defaultText), new TextPolicy<VelString>(), 0));
     }
-}
-
-std::string Pair::AnyEarlierName(const std::string& name)
-{
-    std::vector<std::string> earlier;
-    for (const auto& [candidate, model] : m_models)
+    for (const auto& element : m_schema)
     {
-        if (candidate < name && model->category == m_models[name]->category)
+        if (OneIn(2))
         {
-            earlier.push_back(candidate);
+            category.definitions.push_back({element->name, Kind::Substyle, "", element.get()});
+            RegisterSubstyleSet(name, element->name);
         }
     }
-    return earlier.empty() ? std::string() : AnyOf(earlier);
+    if (OneIn(3))
+    {
+        const ModelCategory* element = &AnyCategory();
+        category.definitions.push_back({KeyOf("named"), Kind::Substyle, "", element});
+        Manager().RegisterProperty(name, KeyOf("named"), new StyleSetProperty(nullptr, element->name, nullptr, 0));
+    }
+    if (OneIn(2))
+    {
+        const ModelCategory* element = &AnyCategory();
+        category.definitions.push_back({KeyOf("list"), Kind::List, "", element});
+        Manager().RegisterProperty(name, KeyOf("list"),
+                                   element == &category ? new StyleArrayProperty(nullptr, 0)
+                                                        : new StyleArrayProperty(nullptr, element->name));
+    }
 }
 
-/// A path to substyles of a category, up to two down.
-Path Pair::AnyPath(const std::string& category)
+void Pair::AddTop()
 {
-    Path path;
-    std::string reached = category;
-    for (std::size_t depth = Below(3); depth > 0 && !m_schema[reached].substyles.empty(); --depth)
+    const std::string name = "style" + std::to_string(100 + m_named++);
+    auto model = std::make_unique<ModelStyle>(AnyCategory());
+    const Place parent = OneIn(2) ? AnyTopOf(model->category) : Place();
+    model->parent = parent.model;
+    auto* style = new Style(parent.real, model->category->name);
+    Expect(m_sheet.AddStyle(Wide(name), style, OneIn(2)) == nullptr, "a new name has no style yet");
+    m_models[name] = std::move(model);
+}
+
+Style* Pair::Real(const std::string& name) const
+{
+    return m_sheet.GetStyle(Wide(name));
+}
+
+Style* Pair::RealTop(const ModelStyle* model) const
+{
+    const auto entry = std::find_if(m_models.begin(), m_models.end(),
+                                    [model](const auto& candidate) { return candidate.second.get() == model; });
+    return entry != m_models.end() ? Real(entry->first) : nullptr;
+}
+
+Style* Pair::Counterpart(const ModelStyle* model) const
+{
+    const auto entry = m_counterparts.find(model);
+    return entry != m_counterparts.end() ? entry->second : nullptr;
+}
+
+std::vector<Place> Pair::Tops() const
+{
+    std::vector<Place> tops;
+    for (const auto& [name, model] : m_models)
     {
-        reached = AnyOf(m_schema[reached].substyles);
-        path.push_back(reached);
+        tops.push_back({model.get(), Real(name)});
     }
+    return tops;
+}
+
+std::vector<Place> Pair::Inside(const Place& place) const
+{
+    std::vector<Place> inside;
+    for (const ModelDefinition& definition : place.model->category->definitions)
+    {
+        const ModelValue* value = Own(*place.model, definition.key);
+        if (value == nullptr || value->kind == Kind::Text)
+        {
+            continue;
+        }
+        if (value->substyle != nullptr)
+        {
+            inside.push_back({value->substyle.get(), place.real->GetSubstyle(definition.key, false)});
+        }
+        Any list;
+        place.real->GetOverrideProperty(definition.key, list);
+        for (std::size_t index = 0; index < value->list.size(); ++index)
+        {
+            inside.push_back({value->list[index].get(), list.Get<std::vector<Style*>>()[index]});
+        }
+    }
+    return inside;
+}
+
+Place Pair::AnyPlace()
+{
+    Place place = AnyTop();
+    for (std::vector<Place> inside = Inside(place); !inside.empty() && !OneIn(3); inside = Inside(place))
+    {
+        place = AnyOf(inside);
+    }
+    return place;
+}
+
+Place Pair::AnyPlaceOf(const ModelCategory* category)
+{
+    for (std::size_t tries = 0; tries < 4; ++tries)
+    {
+        if (const Place place = AnyPlace(); place.model->category == category)
+        {
+            return place;
+        }
+    }
+    return AnyTopOf(category);
+}
+
+Place Pair::AnyTopOf(const ModelCategory* category)
+{
+    std::vector<Place> tops = Tops();
+    std::erase_if(tops, [category](const Place& top) { return top.model->category != category; });
+    return tops.empty() ? Place() : AnyOf(tops);
+}
+
+PropertyKey Pair::AnyKey(const ModelCategory& category, Kind kind)
+{
+    const std::vector<ModelDefinition> those = category.Those(kind);
+    return those.empty() ? PropertyKey::Empty : AnyOf(those).key;
+}
+
+PropertyKey Pair::AnyKey(const ModelCategory& category)
+{
+    return AnyOf(category.definitions).key;
+}
+
+std::vector<PropertyKey> Pair::AnyPath(const ModelCategory& category)
+{
+    std::vector<PropertyKey> path;
+    const ModelCategory* reached = &category;
+    for (std::size_t depth = Below(3); depth > 0; --depth)
+    {
+        const PropertyKey step = AnyKey(*reached, Kind::Substyle);
+        if (step == PropertyKey::Empty)
+        {
+            break;
+        }
+        path.push_back(step);
+        reached = reached->Of(step).element;
+    }
+    path.push_back(OneIn(3) ? AnyKey(*reached) : AnyKey(*reached, Kind::Text));
     return path;
 }
 
-const ModelStyle* Pair::FollowOwn(const ModelStyle& top, const Path& place) const
+std::vector<Place> Pair::AnySpan()
 {
-    const ModelStyle* reached = &top;
-    for (const std::string& step : place)
+    std::vector<Place> span;
+    for (std::size_t count = 1 + Below(3); count > 0; --count)
     {
-        const auto entry = reached->substyles.find(step);
-        if (entry == reached->substyles.end())
-        {
-            return nullptr;
-        }
-        reached = entry->second.get();
+        span.push_back(OneIn(4) ? AnyPlace() : AnyTop());
     }
-    return reached;
-}
-
-/// The text at a place in `top` or in what is inherited there. A substyle with a parent inherits from it and no more;
-/// one without inherits from the same place of what the style around it inherits.
-std::optional<std::string> Pair::FindText(const Path& place, const ModelStyle& top, const std::string& key) const
-{
-    const ModelStyle* own = FollowOwn(top, place);
-    if (own != nullptr)
+    if (OneIn(4))
     {
-        if (const auto entry = own->texts.find(key); entry != own->texts.end())
-        {
-            return entry->second;
-        }
-        if (own->parent != nullptr)
-        {
-            return FindText({}, *own->parent, key);
-        }
+        span.emplace_back();
     }
-    // The innermost style around the place that has a parent says where to go on.
-    for (std::size_t length = place.size(); length-- > 0;)
-    {
-        const ModelStyle* around =
-            FollowOwn(top, Path(place.begin(), place.begin() + static_cast<std::ptrdiff_t>(length)));
-        if (around != nullptr && around->parent != nullptr)
-        {
-            return FindText(Path(place.begin() + static_cast<std::ptrdiff_t>(length), place.end()), *around->parent,
-                            key);
-        }
-    }
-    return std::nullopt;
-}
-
-std::string Pair::EffectiveText(const ModelStyle& top, const Path& place, const std::string& key) const
-{
-    const std::string& category = place.empty() ? top.category : place.back();
-    const std::optional<std::string> found = FindText(place, top, key);
-    return found ? *found : m_schema.at(category).texts.at(key);
-}
-
-void Pair::SetText(const std::string& name)
-{
-    const Path place = AnyPath(m_models[name]->category);
-    const std::string category = place.empty() ? m_models[name]->category : place.back();
-    const std::string key = AnyOf(m_schema[category].texts).first;
-    const std::string text = AnyText();
-    ModelStyle* reached = m_models[name].get();
-    for (const std::string& step : place)
-    {
-        auto& substyle = reached->substyles[step];
-        if (substyle == nullptr)
-        {
-            substyle = std::make_unique<ModelStyle>();
-            substyle->category = step;
-        }
-        reached = substyle.get();
-    }
-    reached->texts[key] = text;
-    Path path = place;
-    path.push_back(key);
-    Real(name)->SetPathProperty(PathOf(path), Any(Wide(text)));
-}
-
-void Pair::ClearOne(const std::string& name)
-{
-    Path path = AnyPath(m_models[name]->category);
-    auto* reached = const_cast<ModelStyle*>(FollowOwn(*m_models[name], path));
-    const std::string category = path.empty() ? m_models[name]->category : path.back();
-    const ModelCategory& properties = m_schema[category];
-    const std::string key =
-        !properties.substyles.empty() && Below(3) == 0 ? AnyOf(properties.substyles) : AnyOf(properties.texts).first;
-    const bool removed = reached != nullptr && reached->texts.erase(key) + reached->substyles.erase(key) > 0;
-    path.push_back(key);
-    EXPECT_EQ(Real(name)->ClearPathProperty(PathOf(path)), removed);
-}
-
-void Pair::SetParents(const std::string& name)
-{
-    const std::string parent = Below(4) == 0 ? std::string() : AnyEarlierName(name);
-    m_models[name]->parent = parent.empty() ? nullptr : m_models[parent].get();
-    Real(name)->SetParent(parent.empty() ? nullptr : Real(parent));
-}
-
-void Pair::SetList(const std::string& name)
-{
-    const ModelCategory& category = m_schema[m_models[name]->category];
-    if (category.lists.empty())
-    {
-        return;
-    }
-    const auto& [key, elementCategory] = *category.lists.begin();
-    std::vector<std::unique_ptr<ModelStyle>> list;
-    std::vector<Style> elements;
-    for (std::size_t count = Below(4); count > 0; --count)
-    {
-        auto element = std::make_unique<ModelStyle>();
-        element->category = elementCategory;
-        const std::string text = AnyOf(m_schema[elementCategory].texts).first;
-        element->texts[text] = AnyText();
-        elements.emplace_back(nullptr, KeyOf(elementCategory))
-            .SetProperty(KeyOf(text), Any(Wide(element->texts[text])));
-        list.push_back(std::move(element));
-    }
-    std::vector<Style*> pointers;
-    for (Style& element : elements)
-    {
-        pointers.push_back(&element);
-    }
-    Real(name)->SetProperty(KeyOf(key), Any(pointers));
-    m_models[name]->lists[key] = std::move(list);
-}
-
-void Pair::MergeInto(ModelStyle& target, const ModelStyle& source, bool overwrite)
-{
-    for (const auto& [key, text] : source.texts)
-    {
-        if (overwrite || !target.texts.contains(key))
-        {
-            target.texts[key] = text;
-        }
-    }
-    for (const auto& [key, list] : source.lists)
-    {
-        if (overwrite || !target.lists.contains(key))
-        {
-            target.lists[key] = ModelStyle::CopyList(list);
-        }
-    }
-    for (const auto& [key, substyle] : source.substyles)
-    {
-        if (const auto own = target.substyles.find(key); own != target.substyles.end())
-        {
-            MergeInto(*own->second, *substyle, overwrite);
-        }
-        else
-        {
-            target.substyles[key] = substyle->Copy();
-        }
-    }
-}
-
-void Pair::Merge(const std::string& name)
-{
-    const std::string other = AnyEarlierName(name);
-    if (!other.empty())
-    {
-        const bool overwrite = Below(2) == 0;
-        MergeInto(*m_models[name], *m_models[other], overwrite);
-        Real(name)->MergeProperties(Real(other), overwrite);
-    }
-}
-
-void Pair::Assign(const std::string& name)
-{
-    const std::string other = AnyEarlierName(name);
-    if (!other.empty())
-    {
-        auto copy = m_models[other]->Copy();
-        ModelStyle& model = *m_models[name];
-        model.parent = copy->parent;
-        model.texts.swap(copy->texts);
-        model.substyles.swap(copy->substyles);
-        model.lists.swap(copy->lists);
-        *Real(name) = *Real(other);
-    }
-}
-
-/// A flattened copy has no parent and the same effect; the original stays.
-void Pair::FlattenCopy(const std::string& name)
-{
-    const std::unique_ptr<Style> flat(Real(name)->CreateFlattenedStyle());
-    EXPECT_EQ(flat->GetParent(), nullptr);
-    EXPECT_FALSE(flat->SubstylesHaveAnyParentalRelationships());
-    Path place;
-    CompareEffect(*flat, *m_models[name], place, m_models[name]->category, 0);
-}
-
-/// Without its dependencies a style has no parent and the same effect, but for what inherits nothing any more.
-void Pair::Cut(const std::string& name)
-{
-    Style copy(*Real(name));
-    copy.RemoveAllDependencies();
-    EXPECT_EQ(copy.GetParent(), nullptr);
-    EXPECT_FALSE(copy.HasParentalDependency());
-    Path place;
-    CompareEffect(copy, *m_models[name], place, m_models[name]->category, 0);
-}
-
-/// A style that is deleted leaves its heirs with what they inherited.
-void Pair::Delete(const std::string& name)
-{
-    if (m_models.size() < 6)
-    {
-        return;
-    }
-    ModelStyle& gone = *m_models[name];
-    for (const auto& entry : m_models)
-    {
-        if (entry.second->parent == &gone)
-        {
-            MergeInto(*entry.second, gone, false);
-            entry.second->parent = gone.parent;
-        }
-    }
-    Style* const style = Real(name);
-    EXPECT_TRUE(m_sheet.DeleteStyles(std::vector<Style*>{style}));
-    m_models.erase(name);
-}
-
-/// A substyle cloned without its owner has for its own what the style that holds it and the nearest parent of that hold
-/// at its place; what is further up stays behind.
-void Pair::Clone(const std::string& name)
-{
-    const Path place = AnyPath(m_models[name]->category);
-    if (place.size() != 1)
-    {
-        return;
-    }
-    const std::string& step = place.front();
-    const ModelStyle* holder = m_models[name].get();
-    while (holder != nullptr && !holder->substyles.contains(step))
-    {
-        holder = holder->parent;
-    }
-    ModelStyle expected;
-    if (holder != nullptr)
-    {
-        MergeInto(expected, *holder->substyles.at(step), false);
-        if (holder->parent != nullptr && holder->parent->substyles.contains(step))
-        {
-            MergeInto(expected, *holder->parent->substyles.at(step), false);
-        }
-    }
-    expected.category = step;
-    const std::unique_ptr<Style> clone(Real(name)->CreateSubStyleCloneWithNoDependencyOnOwner(KeyOf(step)));
-    EXPECT_EQ(clone->GetOwner(), nullptr);
-    EXPECT_EQ(clone->GetParent(), nullptr);
-    CompareOwn(*clone, expected, "the clone of " + name + "." + step);
+    return span;
 }
 
 } // namespace Styles::Modelling

@@ -1,74 +1,148 @@
-// A sheet and a small model of it, plain maps and recursive look-ups, that are changed alike at random.
+// A sheet and the plain model of it, which are changed alike, as somebody chooses, and compared.
 #pragma once
+
+#include "core/ModelStyle.h"
 
 #include <styles/Styles.h>
 
+#include <cstddef>
+#include <functional>
 #include <map>
 #include <memory>
-#include <optional>
-#include <random>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace Styles::Modelling
 {
 
-using Random = std::mt19937;
-
-/// A style of the model: texts by key, styles inside by key, lists by key, and the name of a parent.
-struct ModelStyle
+/// The same style on both sides. No style at all is null on both.
+struct Place
 {
-    std::string category;
-    ModelStyle* parent = nullptr;
-    std::map<std::string, std::string> texts;
-    std::map<std::string, std::unique_ptr<ModelStyle>> substyles;
-    std::map<std::string, std::vector<std::unique_ptr<ModelStyle>>> lists;
-
-    [[nodiscard]] std::unique_ptr<ModelStyle> Copy() const
-    {
-        auto copy = std::make_unique<ModelStyle>();
-        copy->category = category;
-        copy->parent = parent;
-        copy->texts = texts;
-        for (const auto& [key, substyle] : substyles)
-        {
-            copy->substyles[key] = substyle->Copy();
-        }
-        for (const auto& [key, list] : lists)
-        {
-            copy->lists[key] = CopyList(list);
-        }
-        return copy;
-    }
-
-    static std::vector<std::unique_ptr<ModelStyle>> CopyList(const std::vector<std::unique_ptr<ModelStyle>>& list)
-    {
-        std::vector<std::unique_ptr<ModelStyle>> copy;
-        for (const auto& element : list)
-        {
-            copy.push_back(element->Copy());
-        }
-        return copy;
-    }
+    ModelStyle* model = nullptr;
+    Style* real = nullptr;
 };
 
-/// The properties of a category, by name: the default of a text, or the category of the styles inside.
-struct ModelCategory
+class Pair
 {
-    std::map<std::string, std::string> texts;
-    std::vector<std::string> substyles; ///< named like their categories
-    std::map<std::string, std::string> lists;
+public:
+    /// Chooses a number below the one given, which is not zero.
+    using Choose = std::function<std::size_t(std::size_t)>;
+
+    /// Registers a schema of its own, for which the process-wide manager must be free.
+    explicit Pair(Choose choose);
+    Pair(const Pair&) = delete;
+    Pair& operator=(const Pair&) = delete;
+    ~Pair();
+
+    /// Changes both sides alike. False when that would make the model too large: then there is nothing more to do.
+    bool ChangeOnce();
+    void CompareAll();
+    void CompareAfterAJourneyThroughADocument();
+
+    /// What was found to differ, a line each.
+    [[nodiscard]] const std::vector<std::string>& GetDifferences() const { return m_differences; }
+
+private:
+    struct Handle
+    {
+        SubStyle handle;
+        const ModelStyle* root;
+        std::vector<PropertyKey> path;
+    };
+
+    std::size_t Below(std::size_t count) { return m_choose(count); }
+    bool OneIn(std::size_t count) { return Below(count) == count - 1; }
+    std::string AnyText() { return "text " + std::to_string(Below(3)); }
+    template <class Container>
+    auto AnyOf(const Container& container)
+    {
+        return *std::next(container.begin(), static_cast<std::ptrdiff_t>(Below(container.size())));
+    }
+    const ModelCategory& AnyCategory() { return *m_schema[Below(m_schema.size())]; }
+    bool Expect(bool holds, std::string_view what);
+
+    void MakeSchema();
+    void MakeCategory(std::size_t index);
+    void AddTop();
+
+    [[nodiscard]] Style* Real(const std::string& name) const;
+    [[nodiscard]] Style* RealTop(const ModelStyle* model) const;
+    [[nodiscard]] Style* Counterpart(const ModelStyle* model) const;
+    [[nodiscard]] std::vector<Place> Tops() const;
+    [[nodiscard]] std::vector<Place> Inside(const Place& place) const;
+    Place AnyTop() { return AnyOf(Tops()); }
+    std::string AnyName()
+    {
+        return std::next(m_models.begin(), static_cast<std::ptrdiff_t>(Below(m_models.size())))->first;
+    }
+    Place AnyPlace();
+    /// A style of that category, or none.
+    Place AnyPlaceOf(const ModelCategory* category);
+    Place AnyTopOf(const ModelCategory* category);
+    /// The key of one of that kind, in `category`; empty when there is none.
+    PropertyKey AnyKey(const ModelCategory& category, Kind kind);
+    PropertyKey AnyKey(const ModelCategory& category);
+    std::vector<PropertyKey> AnyPath(const ModelCategory& category);
+    std::vector<Place> AnySpan();
+
+    // The changes.
+    void ChangeText();
+    void ChangeParent();
+    void ChangeList();
+    void ChangeSubstyle();
+    void ClearOne();
+    void RevertOne();
+    void ClearMany();
+    void CopyPaths();
+    void CopyToAnother();
+    void MergeAnother();
+    void AssignAnother();
+    void SwapWithAnother();
+    void FlattenOne();
+    void FlattenACopy();
+    void CutSome();
+    void CutAll();
+    void RemapOne();
+    void Clone();
+    void CopySubstyleOfAnother();
+    void ChangeInSubstyle();
+    void PruneSubstyles();
+    void TakeSubstylesOfAnother();
+    void MakeFromASubstyle();
+    void ClearMatching();
+    void KeepAHandle();
+    void DeleteSome();
+    void RenameOne();
+    void MergeSheets();
+    void CopySheet();
+    void KeepSmall();
+
+    // The comparisons.
+    void CompareOwn(const Style& real, const ModelStyle& model);
+    void CompareOwn(const Any& real, const ModelValue& model, const Style& holder, const PropertyKey& key);
+    void CompareEffect(const Style& real, const ModelStyle& model);
+    void CompareValue(const Any& real, const ModelValue* model, const ModelDefinition& definition);
+    void CompareSubstyleValues(const Style& real, const ModelStyle& model, const PropertyKey& key);
+    void CompareQuestions(const Style& real, const ModelStyle& model);
+    void CompareOverrides(const Style& real, const ModelStyle& model);
+    void CompareDependencies();
+    void CompareHandles();
+    void FindCounterparts(const Place& place);
+
+    Choose m_choose;
+    std::vector<std::unique_ptr<ModelCategory>> m_schema;
+    StyleSheet m_sheet;
+    std::map<std::string, std::unique_ptr<ModelStyle>> m_models;
+    std::size_t m_named = 0; ///< how many names were given away
+    std::vector<Handle> m_handles;
+
+    std::vector<Place> m_places; ///< all, as of the last comparison
+    std::map<const ModelStyle*, Style*> m_counterparts;
+    const char* m_operation = "";
+    std::vector<std::string> m_differences;
 };
-
-using ModelSchema = std::map<std::string, ModelCategory>;
-using Path = std::vector<std::string>;
-
-inline std::string Narrow(const VelString& text)
-{
-    const VelStringA utf8 = VelPlatform::ToNarrow(text);
-    return {utf8.c_str(), utf8.size()};
-}
 
 inline VelString Wide(const std::string& text)
 {
@@ -79,87 +153,5 @@ inline PropertyKey KeyOf(const std::string& text)
 {
     return PropertyKey(Wide(text));
 }
-
-inline PropertyPath PathOf(const Path& path)
-{
-    PropertyPath keys;
-    for (const std::string& step : path)
-    {
-        keys.push_back(KeyOf(step));
-    }
-    return keys;
-}
-
-inline StyleManager& Manager()
-{
-    return VelUtils::Singleton<StyleManager, 0>::GetInstance();
-}
-
-/// A sheet and its model, which are changed alike.
-class Pair
-{
-public:
-    explicit Pair(unsigned seed) : m_random(seed)
-    {
-        MakeSchema();
-        MakeStyles();
-    }
-    ~Pair()
-    {
-        m_sheet.Clear();
-        Manager().Reset();
-        Manager().SetCurrentVersion(-1);
-    }
-    Pair(const Pair&) = delete;
-    Pair& operator=(const Pair&) = delete;
-
-    void ChangeOnce();
-    void CompareAll();
-    void CompareAfterAJourneyThroughADocument();
-
-private:
-    std::size_t Below(std::size_t count) { return m_random() % count; }
-    std::string AnyText() { return "text " + std::to_string(Below(4)); }
-    template <class Container>
-    const auto& AnyOf(const Container& container)
-    {
-        return *std::next(container.begin(), static_cast<std::ptrdiff_t>(Below(container.size())));
-    }
-
-    void MakeSchema();
-    void MakeStyles();
-
-    Style* Real(const std::string& name) const { return m_sheet.GetStyle(Wide(name)); }
-    std::string AnyName() { return AnyOf(m_models).first; }
-    /// A style that does not come after `name`, so that chains of parents are open.
-    std::string AnyEarlierName(const std::string& name);
-    Path AnyPath(const std::string& category);
-
-    std::optional<std::string> FindText(const Path& place, const ModelStyle& top, const std::string& key) const;
-    std::string EffectiveText(const ModelStyle& top, const Path& place, const std::string& key) const;
-    const ModelStyle* FollowOwn(const ModelStyle& top, const Path& place) const;
-
-    void SetText(const std::string& name);
-    void ClearOne(const std::string& name);
-    void SetParents(const std::string& name);
-    void SetList(const std::string& name);
-    void Merge(const std::string& name);
-    void Assign(const std::string& name);
-    void FlattenCopy(const std::string& name);
-    void Cut(const std::string& name);
-    void Delete(const std::string& name);
-    void Clone(const std::string& name);
-
-    void MergeInto(ModelStyle& target, const ModelStyle& source, bool overwrite);
-    void CompareOwn(const Style& real, const ModelStyle& model, const std::string& place);
-    void CompareEffect(const Style& real, const ModelStyle& top, Path& place, const std::string& category, int depth);
-    void CompareDependencies();
-    bool Inherits(const ModelStyle& model, const ModelStyle& from) const;
-
-    Random m_random;
-    ModelSchema m_schema;
-    StyleSheet m_sheet;
-    std::map<std::string, std::unique_ptr<ModelStyle>> m_models;
-};
 
 } // namespace Styles::Modelling
