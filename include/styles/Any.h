@@ -23,7 +23,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <functional>
+#include <map> // std::less
 #include <new>
 #include <type_traits>
 #include <typeinfo>

@@ -20,8 +20,7 @@
 #include <VelUtils/StringPool.h>
 
 #include <cstddef>
-#include <functional>
-#include <set>
+#include <set> // also std::less
 #include <vector>
 
 namespace Styles

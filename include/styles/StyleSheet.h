@@ -18,8 +18,8 @@
 
 #include "Style.h"
 
+#include <VelUtils/CaseInsensitiveOrder.h>
 #include <VelUtils/Stream.h>
-#include <VelUtils/StringUtils.h>
 
 #include <map>
 #include <vector>

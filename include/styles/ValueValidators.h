@@ -8,7 +8,6 @@
 
 #include <VelPref/Validator.h>
 
-#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -43,7 +42,14 @@ public:
     bool Validate(VelUtils::Any& value, const VelUtils::Any& /*defaultValue*/) const override
     {
         const T* candidate = value.GetIf<T>();
-        return candidate != nullptr && std::find(m_choices.begin(), m_choices.end(), *candidate) != m_choices.end();
+        for (auto choice = m_choices.begin(); candidate != nullptr && choice != m_choices.end(); ++choice)
+        {
+            if (*choice == *candidate)
+            {
+                return true;
+            }
+        }
+        return false;
     }
 
 private:

@@ -10,6 +10,7 @@
 #include "core/SubstyleSteps.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace Styles

@@ -8,6 +8,7 @@
 #include "core/StylesInside.h"
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <typeinfo>
 

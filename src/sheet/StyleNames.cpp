@@ -2,6 +2,8 @@
 
 #include <styles/StyleSheet.h>
 
+#include <VelUtils/StringUtils.h>
+
 #include <utility>
 
 namespace Styles

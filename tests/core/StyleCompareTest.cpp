@@ -2,6 +2,7 @@
 
 #include "core/StyleSuite.h"
 
+#include <functional>
 #include <memory>
 #include <random>
 

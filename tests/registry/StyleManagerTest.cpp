@@ -5,6 +5,7 @@
 #include "support/RegistryFixture.h"
 
 #include <algorithm>
+#include <functional>
 #include <latch>
 #include <memory>
 #include <thread>

@@ -6,6 +6,8 @@
 
 #include <VelUtils/Stream.h>
 
+#include <algorithm>
+#include <functional>
 #include <memory>
 #include <string>
 #include <typeinfo>

@@ -10,7 +10,6 @@
 #include <compare>
 #include <cstddef>
 #include <cstring>
-#include <functional>
 #include <new>
 #include <stdexcept>
 #include <string>

@@ -3,13 +3,59 @@
 /// Two wrappers for callables with the signature R(Arguments...): Delegate refers to one for the time of a call,
 /// basic_safe_function owns one and may be empty.
 
-#include <functional>
+#include "VelPlatform/VelApi.h"
+
+#include <cstddef>
 #include <memory>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
+// Every host includes this header, and <functional> would be a fifth of what it costs to compile.
+
 namespace VelUtils
 {
+
+namespace Detail
+{
+
+/// Throws std::bad_function_call.
+[[noreturn]] VEL_API void ThrowBadFunctionCall();
+
+/// Calls `callable`, also one that is a pointer to a member; a result that `R` has no use for is dropped.
+template <class R, class Callable, class... Given>
+R Invoke(Callable& callable, Given&&... arguments)
+{
+    if constexpr (std::is_void_v<R>)
+    {
+        std::apply(callable, std::forward_as_tuple(std::forward<Given>(arguments)...));
+    }
+    else
+    {
+        return std::apply(callable, std::forward_as_tuple(std::forward<Given>(arguments)...));
+    }
+}
+
+/// Whether there is nothing to call: a null pointer, or an object that can be made of null and tells that it is.
+template <class Callable>
+bool IsNothing(const Callable& callable)
+{
+    if constexpr (std::is_pointer_v<Callable> || std::is_member_pointer_v<Callable>)
+    {
+        return callable == nullptr;
+    }
+    else if constexpr (std::is_constructible_v<Callable, std::nullptr_t> &&
+                       std::is_constructible_v<bool, const Callable&>)
+    {
+        return !static_cast<bool>(callable);
+    }
+    else
+    {
+        return false;
+    }
+}
+
+} // namespace Detail
 
 template <class Signature>
 class Delegate;
@@ -35,16 +81,17 @@ public:
             m_invoke = [](TargetPointer target, Arguments... arguments) -> R {
                 if (!target.function)
                 {
-                    throw std::bad_function_call();
+                    Detail::ThrowBadFunctionCall();
                 }
-                return Invoke(reinterpret_cast<Decayed>(target.function), std::forward<Arguments>(arguments)...);
+                Decayed function = reinterpret_cast<Decayed>(target.function);
+                return Detail::Invoke<R>(function, std::forward<Arguments>(arguments)...);
             };
         }
         else
         {
             m_target.object = const_cast<void*>(static_cast<const volatile void*>(std::addressof(callable)));
             m_invoke = [](TargetPointer target, Arguments... arguments) -> R {
-                return Invoke(*static_cast<Target*>(target.object), std::forward<Arguments>(arguments)...);
+                return Detail::Invoke<R>(*static_cast<Target*>(target.object), std::forward<Arguments>(arguments)...);
             };
         }
     }
@@ -58,19 +105,6 @@ private:
         void* object;
         void (*function)();
     };
-
-    template <class Callable, class... Given>
-    static R Invoke(Callable&& callable, Given&&... arguments)
-    {
-        if constexpr (std::is_void_v<R>)
-        {
-            std::invoke(callable, std::forward<Given>(arguments)...);
-        }
-        else
-        {
-            return std::invoke(callable, std::forward<Given>(arguments)...);
-        }
-    }
 
     TargetPointer m_target;
     R (*m_invoke)(TargetPointer, Arguments...);
@@ -93,14 +127,54 @@ public:
     requires(!std::is_same_v<std::remove_cvref_t<Callable>, basic_safe_function> &&
              std::is_copy_constructible_v<std::decay_t<Callable>> &&
              std::is_invocable_r_v<R, std::decay_t<Callable>&, Arguments...>) basic_safe_function(Callable&& callable)
-        : m_function(std::forward<Callable>(callable))
-    {}
+    {
+        if (!Detail::IsNothing<std::decay_t<Callable>>(callable))
+        {
+            m_target = std::make_unique<Holder<std::decay_t<Callable>>>(std::forward<Callable>(callable));
+        }
+    }
 
-    explicit operator bool() const noexcept { return static_cast<bool>(m_function); }
-    R operator()(Arguments... arguments) const { return m_function(std::forward<Arguments>(arguments)...); }
+    basic_safe_function(const basic_safe_function& other) : m_target(other ? other.m_target->Clone() : nullptr) {}
+    basic_safe_function(basic_safe_function&& other) noexcept = default;
+    /// Throws what copying the callable throws; the function is as it was then.
+    basic_safe_function& operator=(const basic_safe_function& other) { return *this = basic_safe_function(other); }
+    basic_safe_function& operator=(basic_safe_function&& other) noexcept = default;
+    ~basic_safe_function() = default;
+
+    explicit operator bool() const noexcept { return m_target != nullptr; }
+    R operator()(Arguments... arguments) const
+    {
+        if (m_target == nullptr)
+        {
+            Detail::ThrowBadFunctionCall();
+        }
+        return m_target->Call(std::forward<Arguments>(arguments)...);
+    }
 
 private:
-    std::function<R(Arguments...)> m_function;
+    struct Target
+    {
+        virtual ~Target() = default;
+        virtual R Call(Arguments&&... arguments) = 0;
+        [[nodiscard]] virtual std::unique_ptr<Target> Clone() const = 0;
+    };
+
+    template <class Callable>
+    struct Holder final : Target
+    {
+        template <class Given>
+        explicit Holder(Given&& given) : callable(std::forward<Given>(given))
+        {}
+        R Call(Arguments&&... arguments) override
+        {
+            return Detail::Invoke<R>(callable, std::forward<Arguments>(arguments)...);
+        }
+        [[nodiscard]] std::unique_ptr<Target> Clone() const override { return std::make_unique<Holder>(callable); }
+
+        Callable callable;
+    };
+
+    std::unique_ptr<Target> m_target;
 };
 
 } // namespace VelUtils

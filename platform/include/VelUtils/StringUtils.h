@@ -3,6 +3,7 @@
 /// Small operations on texts: splitting, numbering names, keeping and removing characters, ordering without case.
 
 #include "VelPlatform/String.h"
+#include "VelUtils/CaseInsensitiveOrder.h"
 
 #include <functional>
 #include <vector>
@@ -30,17 +31,5 @@ VEL_API VelPlatform::VelString FindUnusedName(const VelPlatform::VelString& cand
 VEL_API VelPlatform::VelString KeepCharacters(const VelPlatform::VelString& text, VelPlatform::VelStringView set);
 /// The text without the characters that are in `set`.
 VEL_API VelPlatform::VelString RemoveCharacters(const VelPlatform::VelString& text, VelPlatform::VelStringView set);
-
-/// Orders wide texts by VelString::CompareNoCase; associative containers that use it are searched with views and
-/// literals as well.
-struct LessThanCaseInsensitive
-{
-    using is_transparent = void;
-
-    bool operator()(VelPlatform::VelStringView left, VelPlatform::VelStringView right) const noexcept
-    {
-        return VelPlatform::Detail::CompareFolded(left, right) < 0;
-    }
-};
 
 } // namespace VelUtils::String

@@ -6,6 +6,7 @@
 
 #include <climits>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <map>
 #include <memory>

@@ -2,9 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 using VelUtils::basic_safe_function;
 using VelUtils::Delegate;
@@ -132,4 +134,58 @@ TEST(SafeFunction, OwnsItsCallable)
         EXPECT_EQ(9, copy(2));
     }
     EXPECT_TRUE(watched.expired());
+}
+
+TEST(Delegate, IsMadeFromAPointerToAMemberToo)
+{
+    Adder adder;
+    auto add = &Adder::Add;
+    auto sum = &Adder::sum;
+    const Delegate<int(Adder&, int)> call = add;
+    EXPECT_EQ(3, call(adder, 3));
+    const Delegate<int(const Adder*)> look = sum;
+    EXPECT_EQ(3, look(&adder));
+    const basic_safe_function<int(Adder&, int)> owned = &Adder::Add;
+    EXPECT_EQ(7, owned(adder, 4));
+    EXPECT_FALSE((basic_safe_function<int(Adder&, int)>(static_cast<int (Adder::*)(int)>(nullptr))));
+}
+
+TEST(SafeFunction, HasAStateOfItsOwnInEachCopy)
+{
+    const basic_safe_function<int(int)> function = Adder();
+    const basic_safe_function<int(int)> copy = function;
+    EXPECT_EQ(1, function(1));
+    EXPECT_EQ(3, function(2)) << "it is called as what it was made from, which is not const";
+    EXPECT_EQ(5, copy(5));
+}
+
+TEST(SafeFunction, IsEmptyAfterItWasMovedFrom)
+{
+    basic_safe_function<int(int)> function = Twice;
+    const basic_safe_function<int(int)> moved = std::move(function);
+    EXPECT_EQ(4, moved(2));
+    EXPECT_FALSE(function); // NOLINT(bugprone-use-after-move)
+    basic_safe_function<int(int)> target = Adder();
+    target = function;
+    EXPECT_FALSE(target);
+    const basic_safe_function<int(int)>& itself = moved;
+    target = itself;
+    target = static_cast<const basic_safe_function<int(int)>&>(target);
+    EXPECT_EQ(4, target(2));
+}
+
+TEST(SafeFunction, StaysAsItWasWhenTheOtherCannotBeCopied)
+{
+    struct Uncopyable
+    {
+        Uncopyable() = default;
+        Uncopyable(const Uncopyable&) { throw std::runtime_error("thrown"); }
+        Uncopyable(Uncopyable&&) noexcept {}
+        Uncopyable& operator=(const Uncopyable&) = delete;
+        int operator()(int number) const { return -number; }
+    };
+    const basic_safe_function<int(int)> other = Uncopyable();
+    basic_safe_function<int(int)> function = Twice;
+    EXPECT_THROW(function = other, std::runtime_error);
+    EXPECT_EQ(4, function(2));
 }

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <map>
 #include <set>
 #include <stdexcept>
