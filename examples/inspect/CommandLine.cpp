@@ -35,6 +35,19 @@ const std::vector<Command>& Commands()
          3,
          {"-o", "--unset", "--lossy"},
          &RunSet},
+        {L"flatten",
+         "NAME [--in-place | -o FILE]",
+         "what a style is without inheriting anything: written, or kept in the sheet",
+         1,
+         {"-o", "--in-place", "--lossy"},
+         &RunFlatten},
+        {L"delete",
+         "NAME... [-o FILE]",
+         "takes styles out; those that inherit from them take over what they inherited",
+         1,
+         {"-o", "--lossy"},
+         &RunDelete,
+         /*takesMore*/ true},
         {L"export", "FILE", "writes the sheet to a file, - being the standard output", 1, {"--lossy"}, &RunExport}};
     return commands;
 }
@@ -48,16 +61,20 @@ std::string Help()
         text += "  " + Shown(command.name) + (*command.usage != 0 ? " " : "") + command.usage + "\n      " +
                 command.summary + '\n';
     }
-    return text + "\nA PATH leads through substyles and lists to a property: fill.angle, fill.gradient.stops[0].color\n"
-                  "\nOptions:\n"
-                  "  --schema FILE   the description of the schema\n"
-                  "  --no-defaults   show: only what the style or one that it inherits from says\n"
-                  "  --unset         set: takes the own value away, so that the style inherits again\n"
-                  "  -o FILE         set: saves to this file instead of the sheet's own, - being the standard output\n"
-                  "  --lossy         set, export: saves over a file also when it held what the schema does not know\n"
-                  "  --              what follows is no option\n"
-                  "  --help, --version\n"
-                  "\nStatus: 0 done, 1 bad input (nothing was saved), 2 bad command line\n";
+    return text +
+           "\nA PATH leads through substyles and lists to a property: fill.angle, fill.gradient.stops[0].color\n"
+           "\nOptions:\n"
+           "  --schema FILE   the description of the schema\n"
+           "  --no-defaults   show: only what the style or one that it inherits from says\n"
+           "  --unset         set: takes the own value away, so that the style inherits again\n"
+           "  -o FILE         set, flatten, delete: saves to this file instead of the sheet's own, - being the\n"
+           "                  standard output\n"
+           "  --in-place      flatten: saves over the sheet's own file\n"
+           "  --lossy         saves over a file also when it held what the schema does not know; flatten, delete:\n"
+           "                  also when a style cannot look as before\n"
+           "  --              what follows is no option\n"
+           "  --help, --version\n"
+           "\nStatus: 0 done, 1 bad input (nothing was saved), 2 bad command line\n";
 }
 
 std::string Version()
@@ -148,6 +165,7 @@ private:
         return argument == L"--unset"         ? &request.unset
                : argument == L"--no-defaults" ? &request.noDefaults
                : argument == L"--lossy"       ? &request.lossy
+               : argument == L"--in-place"    ? &request.inPlace
                                               : nullptr;
     }
 
@@ -189,7 +207,10 @@ private:
         }
         m_line.command = &*command;
         m_line.request.arguments.assign(m_words.begin() + 2, m_words.end());
-        if (m_line.request.arguments.size() + (m_line.request.unset ? 1 : 0) != command->argumentCount)
+        const std::size_t count = m_line.request.arguments.size() + (m_line.request.unset ? 1 : 0);
+        const bool excludeEachOther = m_line.request.inPlace && !m_line.request.outputPath.empty();
+        if (count < command->argumentCount || (count > command->argumentCount && !command->takesMore) ||
+            excludeEachOther)
         {
             Refuse("the command " + Quoted(command->name) + " takes " +
                    (*command->usage != 0 ? command->usage : "no arguments"));

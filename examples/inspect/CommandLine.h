@@ -16,9 +16,10 @@ struct Command
     const wchar_t* name;
     const char* usage; ///< the arguments behind the name
     const char* summary;
-    std::size_t argumentCount;
+    std::size_t argumentCount;        ///< with `takesMore`, at least
     std::vector<std::string> options; ///< that this command takes
     void (*run)(Session& session);
+    bool takesMore = false;
 };
 
 /// A command line that makes sense.

@@ -5,6 +5,7 @@
 #include "Sheet.h"
 
 #include <ostream>
+#include <string>
 #include <vector>
 
 namespace Inspect
@@ -18,6 +19,7 @@ struct Request
     bool unset = false;
     bool noDefaults = false;
     bool lossy = false;
+    bool inPlace = false;
 };
 
 /// What a command works with.
@@ -40,6 +42,8 @@ void RunExport(Session& session);
 void RunExplain(Session& session);
 void RunOverrides(Session& session);
 void RunDependents(Session& session);
+void RunFlatten(Session& session);
+void RunDelete(Session& session);
 /// @}
 
 /// The style of that name. \throws Failure when there is none.
@@ -49,5 +53,12 @@ void RunDependents(Session& session);
 /// \throws Failure when this would lose what the sheet's own file holds and the schema does not know (unless
 /// `Request::lossy`), or when the file cannot be written; the file is as it was then.
 void SaveSheet(Session& session, const VelString& path);
+
+/// Saves the sheet to where the command line says, by default over its own file, and tells so behind `report`. Where
+/// the document goes to the standard output, nothing else does. \throws Failure as `SaveSheet` does.
+void SaveChanges(Session& session, const std::string& report);
+
+/// Tells the user what a document leaves out.
+void WarnOfValuesLeftOut(Session& session, const std::vector<std::string>& messages);
 
 } // namespace Inspect

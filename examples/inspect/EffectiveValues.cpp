@@ -84,9 +84,9 @@ private:
         const StyleList* list = value != nullptr ? value->GetIf<StyleList>() : nullptr;
         if (value != nullptr)
         {
-            row.text = substyle != nullptr && *substyle != nullptr && IsOpen(*substyle)
-                           ? DescribeStyle(m_origins, *substyle, ", which this is inside of")
-                           : DescribeValue(m_origins, *property.definition, *value);
+            row.isClosed = substyle != nullptr && *substyle != nullptr && IsOpen(*substyle);
+            row.text = row.isClosed ? DescribeStyle(m_origins, *substyle, ", which this is inside of")
+                                    : DescribeValue(m_origins, *property.definition, *value);
         }
         rows.push_back(std::move(row));
         if (substyle != nullptr && property.definition->IsSubstyle())

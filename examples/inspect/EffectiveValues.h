@@ -29,6 +29,8 @@ struct EffectiveValue
 
     /// The style shown has the value at this path of its own.
     bool isOwn = false;
+    /// A substyle that this is inside of, which is not gone into again.
+    bool isClosed = false;
     /// For an inherited value: the style whose parent is followed to it. It is the style shown itself, or its substyle
     /// at the path or above.
     const Style* heir = nullptr;

@@ -5,6 +5,7 @@
 #include "Output.h"
 
 #include <VelUtils/StringUtils.h>
+#include <styles/SubStyle.h>
 
 #include <utility>
 
@@ -55,6 +56,33 @@ std::string NamesOf(const Styles::StyleCategory& category)
     return names.empty() ? "none" : names;
 }
 
+/// The element of the list; of an inherited list, a copy is made first if `create`. Null when there is no own list.
+Style* FindElement(Style& style, const PathStep& step, const VelString& path, bool create)
+{
+    if (!style.DoesOverrideProperty(step.property.key) && create)
+    {
+        const Any inherited(style.GetProperty(step.property.key));
+        if (inherited.Is<StyleList>() && step.index < inherited.Get<StyleList>().size())
+        {
+            style.SetProperty(step.property.key, inherited);
+        }
+    }
+    const StyleList list = style.DoesOverrideProperty(step.property.key) || create
+                               ? style.GetProperty(step.property.key).Get<StyleList>()
+                               : StyleList();
+    if (step.index < list.size() && list[step.index] != nullptr)
+    {
+        return list[step.index];
+    }
+    if (!create)
+    {
+        return nullptr;
+    }
+    throw Failure(
+        Shown(path) + ": the list " + Quoted(step.property.key.GetText()) + " has " +
+        (list.empty() ? "no elements" : Counted(list.size(), "element") + ", 0 to " + std::to_string(list.size() - 1)));
+}
+
 } // namespace
 
 std::vector<PathStep> ParsePath(const VelString& path, std::shared_ptr<const Styles::StyleCategory> category)
@@ -95,6 +123,25 @@ std::vector<PathStep> ParsePath(const VelString& path, std::shared_ptr<const Sty
         steps.push_back(std::move(step));
     }
     return steps;
+}
+
+Style* FollowPath(Style& style, const std::vector<PathStep>& steps, const VelString& path, bool create)
+{
+    Style* reached = &style;
+    for (std::size_t index = 0; index + 1 < steps.size() && reached != nullptr; ++index)
+    {
+        const PathStep& step = steps[index];
+        if (step.hasIndex)
+        {
+            reached = FindElement(*reached, step, path, create);
+        }
+        else
+        {
+            reached = create ? Styles::GetOrCreateSubstyle(*reached, step.property.key)
+                             : reached->GetSubstyle(step.property.key, false);
+        }
+    }
+    return reached;
 }
 
 std::string WritePath(const std::vector<PathStep>& steps)

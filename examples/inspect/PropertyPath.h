@@ -26,6 +26,11 @@ struct PathStep
 [[nodiscard]] std::vector<PathStep> ParsePath(const VelString& path,
                                               std::shared_ptr<const Styles::StyleCategory> category);
 
+/// The style that has the property at the end of the path from `style`. Its substyles and lists on the way are made if
+/// `create`; otherwise null when one is missing. `path` is for messages. \throws Failure for an element of a list that
+/// is not there.
+[[nodiscard]] Style* FollowPath(Style& style, const std::vector<PathStep>& steps, const VelString& path, bool create);
+
 /// The path as `EffectiveValue` writes it.
 [[nodiscard]] std::string WritePath(const std::vector<PathStep>& steps);
 

@@ -6,8 +6,6 @@
 #include "Output.h"
 #include "PropertyPath.h"
 
-#include <styles/SubStyle.h>
-
 #include <string>
 
 namespace Inspect
@@ -52,54 +50,6 @@ void CheckVersion(const Sheet& sheet, const std::vector<PathStep>& steps, const 
     }
 }
 
-/// The element of the list; of an inherited list, a copy is made first if `create`. Null when there is no own list.
-Style* FindElement(Style& style, const PathStep& step, const VelString& path, bool create)
-{
-    if (!style.DoesOverrideProperty(step.property.key) && create)
-    {
-        const Any inherited(style.GetProperty(step.property.key));
-        if (inherited.Is<StyleList>() && step.index < inherited.Get<StyleList>().size())
-        {
-            style.SetProperty(step.property.key, inherited);
-        }
-    }
-    const StyleList list = style.DoesOverrideProperty(step.property.key) || create
-                               ? style.GetProperty(step.property.key).Get<StyleList>()
-                               : StyleList();
-    if (step.index < list.size() && list[step.index] != nullptr)
-    {
-        return list[step.index];
-    }
-    if (!create)
-    {
-        return nullptr;
-    }
-    throw Failure(
-        Shown(path) + ": the list " + Quoted(step.property.key.GetText()) + " has " +
-        (list.empty() ? "no elements" : Counted(list.size(), "element") + ", 0 to " + std::to_string(list.size() - 1)));
-}
-
-/// The style that has the property at the end of the path. Its substyles on the way are made if `create`; otherwise
-/// null when one is missing.
-Style* FollowPath(Style& style, const std::vector<PathStep>& steps, const VelString& path, bool create)
-{
-    Style* reached = &style;
-    for (std::size_t index = 0; index + 1 < steps.size() && reached != nullptr; ++index)
-    {
-        const PathStep& step = steps[index];
-        if (step.hasIndex)
-        {
-            reached = FindElement(*reached, step, path, create);
-        }
-        else
-        {
-            reached = create ? Styles::GetOrCreateSubstyle(*reached, step.property.key)
-                             : reached->GetSubstyle(step.property.key, false);
-        }
-    }
-    return reached;
-}
-
 /// What the style has at a path now, for people.
 std::string Describe(const Sheet& sheet, const Style& style, const std::string& path)
 {
@@ -142,13 +92,8 @@ void RunSet(Session& session)
         FollowPath(style, steps, path, /*create*/ true)->SetProperty(last, value);
     }
     const std::string after = Describe(session.sheet, style, shownPath);
-    const VelString& output = request.outputPath.empty() ? session.sheet.GetPath() : request.outputPath;
-    SaveSheet(session, output);
-    if (output != L"-")
-    {
-        session.out << Quoted(session.sheet.GetStyleName(&style)) << ' ' << shownPath << ": " << before << " -> "
-                    << after << "\nsaved to " << Shown(output) << '\n';
-    }
+    SaveChanges(session,
+                Quoted(session.sheet.GetStyleName(&style)) + ' ' + shownPath + ": " + before + " -> " + after + '\n');
 }
 
 } // namespace Inspect

@@ -13,6 +13,45 @@
 namespace Inspect
 {
 
+namespace
+{
+
+/// Counts the values that are newer than a version, by property.
+class NewerValues
+{
+public:
+    explicit NewerValues(int version) : m_version(version) {}
+
+    void Count(const OwnValue& value)
+    {
+        const int newSince = value.definition->GetNewSinceVersion();
+        if (newSince > m_version)
+        {
+            auto& count = m_counts[Shown(value.style->GetCategoryName().GetText()) + '.' + Shown(value.key.GetText())];
+            ++count.first;
+            count.second = newSince;
+        }
+    }
+
+    std::vector<std::string> GetMessages() const
+    {
+        std::vector<std::string> messages;
+        for (const auto& [name, count] : m_counts)
+        {
+            messages.push_back(Counted(count.first, "value") + " of " + name + " left out: new since version " +
+                               std::to_string(count.second) + ", and the sheet has version " +
+                               std::to_string(m_version));
+        }
+        return messages;
+    }
+
+private:
+    int m_version;
+    std::map<std::string, std::pair<std::size_t, int>> m_counts; // in the order of their names
+};
+
+} // namespace
+
 Sheet::Sheet(const Schema& schema, const VelString& path) : m_path(path)
 {
     const Document document = ReadDocument(path);
@@ -53,24 +92,16 @@ Sheet::Sheet(const Schema& schema, const VelString& path) : m_path(path)
 
 std::vector<std::string> Sheet::GetValuesLeftOut() const
 {
-    std::map<std::string, std::pair<std::size_t, int>> counts; // in the order of their names
-    ForEachOwnValue(*this, [&](const OwnValue& value) {
-        const int newSince = value.definition->GetNewSinceVersion();
-        if (newSince > GetVersion())
-        {
-            auto& count = counts[Shown(value.style->GetCategoryName().GetText()) + '.' + Shown(value.key.GetText())];
-            ++count.first;
-            count.second = newSince;
-        }
-    });
-    std::vector<std::string> messages;
-    for (const auto& [name, count] : counts)
-    {
-        messages.push_back(Counted(count.first, "value") + " of " + name + " left out: new since version " +
-                           std::to_string(count.second) + ", and the sheet has version " +
-                           std::to_string(GetVersion()));
-    }
-    return messages;
+    NewerValues newer(GetVersion());
+    ForEachOwnValue(*this, [&](const OwnValue& value) { newer.Count(value); });
+    return newer.GetMessages();
+}
+
+std::vector<std::string> Sheet::GetValuesLeftOut(const Styles::Style& style) const
+{
+    NewerValues newer(GetVersion());
+    ForEachOwnValue(style, [&](const OwnValue& value) { newer.Count(value); });
+    return newer.GetMessages();
 }
 
 std::string Sheet::ToBytes() const

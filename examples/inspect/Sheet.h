@@ -31,6 +31,8 @@ public:
 
     /// What the document leaves out because it is newer than the version of the sheet, a message for each property.
     [[nodiscard]] std::vector<std::string> GetValuesLeftOut() const;
+    /// The same for one of its styles.
+    [[nodiscard]] std::vector<std::string> GetValuesLeftOut(const Styles::Style& style) const;
 
     /// The document.
     [[nodiscard]] std::string ToBytes() const;

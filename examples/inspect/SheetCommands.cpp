@@ -43,10 +43,7 @@ void SaveSheet(Session& session, const VelString& path)
         throw Failure(Shown(sheet.GetPath()) + ": not saved, since what was passed over would be lost; " +
                       "--lossy saves the rest");
     }
-    for (const std::string& message : sheet.GetValuesLeftOut())
-    {
-        session.err << "styles-inspect: warning: " << Shown(sheet.GetPath()) << ": " << message << '\n';
-    }
+    WarnOfValuesLeftOut(session, sheet.GetValuesLeftOut());
     if (path == L"-")
     {
         session.out << sheet.ToBytes();
@@ -54,6 +51,25 @@ void SaveSheet(Session& session, const VelString& path)
     else
     {
         sheet.Save(path);
+    }
+}
+
+void SaveChanges(Session& session, const std::string& report)
+{
+    const VelString& given = session.request.outputPath;
+    const VelString& path = given.empty() ? session.sheet.GetPath() : given;
+    SaveSheet(session, path);
+    if (path != L"-")
+    {
+        session.out << report << "saved to " << Shown(path) << '\n';
+    }
+}
+
+void WarnOfValuesLeftOut(Session& session, const std::vector<std::string>& messages)
+{
+    for (const std::string& message : messages)
+    {
+        session.err << "styles-inspect: warning: " << Shown(session.sheet.GetPath()) << ": " << message << '\n';
     }
 }
 

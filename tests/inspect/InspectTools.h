@@ -1,18 +1,20 @@
 // What the tests of styles-inspect share: the program, files for it, and sheets of the parts.
 #pragma once
 
-#include "support/TemporaryFolder.h"
+#include "support/ProgramRun.h"
 
+#include "EffectiveValues.h"
 #include "Failure.h"
+#include "Program.h"
 #include "Sheet.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
+#include <map>
 #include <memory>
+#include <sstream>
 #include <string>
-#include <sys/wait.h>
 #include <vector>
 
 namespace Inspect::Testing
@@ -54,22 +56,7 @@ inline constexpr const char* SmallSheet = R"({
  }
 })";
 
-struct Answer
-{
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-inline std::string ForShell(const std::string& word)
-{
-    std::string quoted = "'";
-    for (const char c : word)
-    {
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
-    return quoted + "'";
-}
+using Support::Answer;
 
 /// Files in a folder of their own, and the program to be run on them, with that folder for its working folder.
 class InspectProgram : public ::testing::Test
@@ -87,16 +74,7 @@ protected:
     /// Runs the program with exactly these arguments; `redirection` is handed to the shell behind them.
     Answer RunBare(const std::vector<std::string>& arguments, const std::string& redirection = "")
     {
-        std::string line = "cd " + ForShell(m_folder.GetPath().string()) + " && " + ForShell(STYLES_INSPECT_PROGRAM);
-        for (const std::string& argument : arguments)
-        {
-            line += ' ' + ForShell(argument);
-        }
-        const std::string out = (m_answers / "out").string();
-        const std::string err = (m_answers / "err").string();
-        line += " >" + ForShell(out) + " 2>" + ForShell(err) + ' ' + redirection;
-        const int result = std::system(line.c_str());
-        return {WIFEXITED(result) ? WEXITSTATUS(result) : -1, Support::BytesOf(out), Support::BytesOf(err)};
+        return Support::RunProgram(STYLES_INSPECT_PROGRAM, m_folder.GetPath(), arguments, redirection);
     }
 
     /// Runs a command on sheet.json under schema.json.
@@ -122,7 +100,6 @@ protected:
     }
 
     Support::TemporaryFolder m_folder;
-    Support::TemporaryFolder m_answers;
 };
 
 /// A schema that is registered, and a sheet under it.
@@ -165,6 +142,84 @@ inline std::vector<DataSet> DataSets()
         sets.push_back({other / "schema.json", other / "sheet.json", 100});
     }
     return sets;
+}
+
+/// Effective values by path: of plain values and lists their texts, of substyles whether they are there.
+using Look = std::map<std::string, std::string>;
+
+/// What every style of a sheet looks like, by name.
+inline std::map<std::string, Look> LooksOf(const DataSet& data)
+{
+    OpenSheet open(data.schema, data.sheet);
+    const Origins origins(open.Get());
+    std::map<std::string, Look> looks;
+    for (const Style* style : open.Get().GetStyles())
+    {
+        bool isComplete = false;
+        Look& look = looks[origins.GetName(*style)];
+        for (const EffectiveValue& row : CollectEffectiveValues(origins, *style, isComplete))
+        {
+            const bool isSubstyle = row.value != nullptr && row.value->Is<Style*>();
+            look[row.path] = !isSubstyle ? row.text : row.value->Get<Style*>() != nullptr ? "(a style)" : "(none)";
+        }
+        EXPECT_TRUE(isComplete);
+    }
+    return looks;
+}
+
+/// Where styles look different, in a few words each.
+inline std::vector<std::string> DifferencesOf(const std::map<std::string, Look>& expected,
+                                              const std::map<std::string, Look>& actual)
+{
+    std::vector<std::string> differences;
+    const auto compare = [&differences](const std::string& style, const Look& one, const Look& other, bool bothWays) {
+        for (const auto& [path, text] : one)
+        {
+            const auto found = other.find(path);
+            if (found == other.end() || (bothWays && found->second != text))
+            {
+                differences.push_back(style + ' ' + path + ": " + text + " or " +
+                                      (found != other.end() ? found->second : "nothing"));
+            }
+        }
+    };
+    for (const auto& [style, look] : expected)
+    {
+        const auto found = actual.find(style);
+        compare(style, look, found != actual.end() ? found->second : Look(), true);
+    }
+    for (const auto& [style, look] : actual)
+    {
+        const auto found = expected.find(style);
+        compare(style, look, found != expected.end() ? found->second : Look(), false);
+    }
+    return differences;
+}
+
+/// Runs a command in this process on a sheet, saving to `output`, with success.
+inline void RunHere(const DataSet& data, const std::filesystem::path& output, const std::vector<VelString>& command)
+{
+    std::vector<VelString> arguments{VelString(L"--schema"), Support::ToText(data.schema), Support::ToText(data.sheet),
+                                     VelString(L"-o"), Support::ToText(output)};
+    arguments.insert(arguments.end(), command.begin(), command.end());
+    std::ostringstream out;
+    std::ostringstream err;
+    EXPECT_EQ(Run(arguments, out, err), 0) << err.str();
+}
+
+/// The sheet as the program writes it, without what it leaves out, in `folder`.
+inline DataSet SavedTo(const Support::TemporaryFolder& folder, const DataSet& data)
+{
+    const DataSet saved{data.schema, folder / "saved.json", data.styleCount};
+    OpenSheet(data.schema, data.sheet).Get().Save(Support::ToText(saved.sheet));
+    return saved;
+}
+
+/// The names of the styles of a sheet.
+inline std::vector<VelString> NamesOf(const DataSet& data)
+{
+    OpenSheet open(data.schema, data.sheet);
+    return open.Get().GetStyleNames();
 }
 
 } // namespace Inspect::Testing

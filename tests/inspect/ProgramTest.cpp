@@ -352,6 +352,13 @@ TEST_F(Program, ACommandLineThatMakesNoSenseIsRefusedWithItsOwnStatus)
     ExpectRefusal({"set", "Base", "level"}, "the command \"set\" takes NAME PATH VALUE | NAME PATH --unset", 2);
     ExpectRefusal({"set", "Base", "level", "1", "--unset"},
                   "the command \"set\" takes NAME PATH VALUE | NAME PATH --unset", 2);
+    ExpectRefusal({"flatten"}, "the command \"flatten\" takes NAME [--in-place | -o FILE]", 2);
+    ExpectRefusal({"flatten", "Base", "Dawn"}, "the command \"flatten\" takes NAME [--in-place | -o FILE]", 2);
+    ExpectRefusal({"flatten", "Base", "--in-place", "-o", "x"},
+                  "the command \"flatten\" takes NAME [--in-place | -o FILE]", 2);
+    ExpectRefusal({"delete"}, "the command \"delete\" takes NAME... [-o FILE]", 2);
+    ExpectRefusal({"delete", "Base", "--unset"}, "the command \"delete\" takes no --unset", 2);
+    ExpectRefusal({"delete", "Base", "--in-place"}, "the command \"delete\" takes no --in-place", 2);
     ExpectRefusal({"list", "--lossy"}, "the command \"list\" takes no --lossy", 2);
     ExpectRefusal({"export", "-o", "x", "y"}, "the command \"export\" takes no -o", 2);
     ExpectRefusal({"list", "--colour"}, "there is no option \"--colour\"; `--` before a text makes it none", 2);
@@ -386,7 +393,8 @@ TEST_F(Program, HelpAndVersionNeedNoFiles)
 {
     const Answer help = RunBare({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* word : {"list", "tree", "show NAME", "set NAME PATH VALUE", "export FILE", "--schema", "Status:"})
+    for (const char* word : {"list", "tree", "show NAME", "set NAME PATH VALUE", "flatten NAME", "delete NAME...",
+                             "export FILE", "--schema", "--in-place", "Status:"})
     {
         EXPECT_THAT(help.out, HasSubstr(word));
     }
