@@ -129,11 +129,18 @@ endfunction()
 # otherwise it replays the inputs kept in tests/fuzz/corpus/Fuzz<Name>/ as a test.
 function(styles_add_fuzz_targets)
   add_custom_target(fuzz_targets)
+  # The plain model of styles, which the tests of core/ have too.
+  file(GLOB model CONFIGURE_DEPENDS core/Model*.cpp)
+  list(FILTER model EXCLUDE REGEX "Test\\.cpp$")
+  add_library(model STATIC ${model})
+  target_link_libraries(model PUBLIC styles)
+  styles_set_up_test_target(model)
+
   file(GLOB sources CONFIGURE_DEPENDS fuzz/Fuzz*.cpp)
   foreach(source IN LISTS sources)
     cmake_path(GET source STEM program)
     add_executable(${program} ${source})
-    target_link_libraries(${program} PRIVATE styles)
+    target_link_libraries(${program} PRIVATE styles model)
     styles_set_up_test_target(${program})
     add_dependencies(fuzz_targets ${program})
     if(STYLES_FUZZ)
@@ -195,25 +202,37 @@ endfunction()
 
 # styles_add_package_tests()
 #
-# The library as another project uses it, tests/package: installed as it was built, and in optimised builds also as
-# static libraries and as a part of the other project.
+# The library as other projects use it, tests/package: installed as it was built, and in optimised builds also by
+# another compiler's projects, as static libraries, and as a part of the other project.
 function(styles_add_package_tests)
   set(build_type ${CMAKE_BUILD_TYPE})
   if(NOT build_type)
     set(build_type Release)
   endif()
-  set(modes installed)
-  if(build_type STREQUAL "Release")
-    list(APPEND modes static subfolder)
-  endif()
   string(TOUPPER ${build_type} configuration)
-  foreach(mode IN LISTS modes)
-    add_test(NAME package/${mode}
-      COMMAND ${CMAKE_COMMAND}
-        -D SOURCE=${PROJECT_SOURCE_DIR} -D BUILD=${PROJECT_BINARY_DIR} -D WORK=${CMAKE_CURRENT_BINARY_DIR}/package/${mode}
-        -D MODE=${mode} -D COMPILER=${CMAKE_CXX_COMPILER} -D BUILD_TYPE=${build_type}
-        "-DFLAGS=${CMAKE_CXX_FLAGS_${configuration}}"
-        -P ${CMAKE_CURRENT_SOURCE_DIR}/package/RunPackageTest.cmake)
-    set_tests_properties(package/${mode} PROPERTIES LABELS package TIMEOUT 600 RUN_SERIAL ON)
+  styles_add_package_test(installed ${CMAKE_CXX_COMPILER})
+  if(NOT build_type STREQUAL "Release")
+    return()
+  endif()
+  foreach(mode IN ITEMS static subfolder)
+    styles_add_package_test(${mode} ${CMAKE_CXX_COMPILER})
   endforeach()
+  find_program(STYLES_OTHER_COMPILER NAMES clang++-14 clang++)
+  if(STYLES_OTHER_COMPILER)
+    styles_add_package_test(other_compiler ${STYLES_OTHER_COMPILER})
+  endif()
+
+  add_test(NAME package/debian COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/package/debian.sh ${PROJECT_BINARY_DIR}
+    ${CMAKE_CURRENT_BINARY_DIR}/package/debian)
+  set_tests_properties(package/debian PROPERTIES LABELS package TIMEOUT 600 RUN_SERIAL ON)
+endfunction()
+
+function(styles_add_package_test mode compiler)
+  add_test(NAME package/${mode}
+    COMMAND ${CMAKE_COMMAND}
+      -D SOURCE=${PROJECT_SOURCE_DIR} -D BUILD=${PROJECT_BINARY_DIR} -D WORK=${CMAKE_CURRENT_BINARY_DIR}/package/${mode}
+      -D MODE=${mode} -D COMPILER=${compiler} -D BUILD_TYPE=${build_type}
+      "-DFLAGS=${CMAKE_CXX_FLAGS_${configuration}}" "-DLIBRARY_FLAGS=${CMAKE_CXX_FLAGS}"
+      -P ${CMAKE_CURRENT_SOURCE_DIR}/package/RunPackageTest.cmake)
+  set_tests_properties(package/${mode} PROPERTIES LABELS package TIMEOUT 600 RUN_SERIAL ON)
 endfunction()
