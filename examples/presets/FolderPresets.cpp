@@ -3,6 +3,8 @@
 #include <VelUtils/Path.h>
 #include <VelUtils/Stream.h>
 
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -40,13 +42,26 @@ StyleSheet* FolderPresets::GetPresetSheet(const VelString& category)
     {
         return nullptr;
     }
-    const VelString path = VelUtils::SystemIO::Path::Combine(m_folder, GetFileName(category));
-    std::unique_ptr<StyleSheet> sheet = Load(ToPath(path));
+    std::unique_ptr<StyleSheet> sheet = Load(GetFile(category));
     if (!sheet)
     {
         return nullptr;
     }
     return sheets.emplace(category, nullptr).first->second = sheet.release();
+}
+
+bool FolderPresets::IsSaved(const VelString& category)
+{
+    const StyleSheet* sheet = GetPresetSheet(category);
+    VelUtils::MemoryStream document;
+    std::ifstream file(GetFile(category), std::ios::binary);
+    return sheet != nullptr && sheet->Export(document) && file &&
+           std::string(std::istreambuf_iterator<char>(file), {}) == document.GetBytes();
+}
+
+std::filesystem::path FolderPresets::GetFile(const VelString& category) const
+{
+    return ToPath(VelUtils::SystemIO::Path::Combine(m_folder, GetFileName(category)));
 }
 
 std::unique_ptr<StyleSheet> FolderPresets::Load(const std::filesystem::path& file) const

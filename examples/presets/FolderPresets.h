@@ -26,7 +26,12 @@ public:
 
     Styles::VelString GetPresetFolder() override { return m_folder; }
 
+    /// Whether the file of a category holds its presets as they are now. Adding and deleting go on where a file cannot
+    /// be written; a host that wants to tell the user asks here.
+    [[nodiscard]] bool IsSaved(const Styles::VelString& category);
+
 private:
+    [[nodiscard]] std::filesystem::path GetFile(const Styles::VelString& category) const;
     [[nodiscard]] std::unique_ptr<Styles::StyleSheet> Load(const std::filesystem::path& file) const;
     [[nodiscard]] bool KeepAside(const std::filesystem::path& file) const;
 

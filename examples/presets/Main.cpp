@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <iostream>
 #include <string>
-#include <string_view>
 #include <vector>
 
 using namespace Styles;
@@ -73,32 +72,43 @@ bool Show(FolderPresets& presets, const VelString& name)
 }
 
 /// Sets what "PROPERTY=VALUE" says; false, after a message, when it says nothing sensible.
-bool Assign(Style& style, std::string_view assignment)
+bool Assign(Style& style, const VelString& assignment)
 {
-    const std::size_t sign = assignment.find('=');
-    const PropertyKey key(VelPlatform::ToWide(assignment.substr(0, sign)));
+    const VelPlatform::VelStringView text = assignment;
+    const std::size_t sign = text.find(L'=');
+    const PropertyKey key{VelString(text.substr(0, sign))};
     const auto* policy = style.GetCategory()->GetConversionPolicy(key);
-    if (sign == std::string_view::npos || policy == nullptr)
+    if (sign == VelPlatform::VelStringView::npos || policy == nullptr)
     {
-        std::cerr << assignment << " is not PROPERTY=VALUE with a property of a fill.\n";
+        std::cerr << ToUtf8(assignment) << " is not PROPERTY=VALUE with a property of a fill.\n";
         return false;
     }
     try
     {
-        style.SetProperty(key, policy->FromText(VelPlatform::ToWide(assignment.substr(sign + 1))));
+        style.SetProperty(key, policy->FromText(VelString(text.substr(sign + 1))));
         return true;
     }
     catch (const VelPref::Detail::BadConversion&)
     {
-        std::cerr << assignment << ": the value cannot be read.\n";
+        std::cerr << ToUtf8(assignment) << ": the value cannot be read.\n";
         return false;
     }
 }
 
-bool Add(FolderPresets& presets, const VelString& name, const std::vector<std::string_view>& assignments)
+bool CheckSaved(FolderPresets& presets)
+{
+    if (!presets.IsSaved(FillName))
+    {
+        std::cerr << "The presets cannot be written to the folder.\n";
+        return false;
+    }
+    return true;
+}
+
+bool Add(FolderPresets& presets, const VelString& name, const std::vector<VelString>& assignments)
 {
     Style style(nullptr, PropertyKey(FillName));
-    for (const std::string_view assignment : assignments)
+    for (const VelString& assignment : assignments)
     {
         if (!Assign(style, assignment))
         {
@@ -110,7 +120,7 @@ bool Add(FolderPresets& presets, const VelString& name, const std::vector<std::s
         std::cerr << "The preset cannot be added.\n";
         return false;
     }
-    return true;
+    return CheckSaved(presets);
 }
 
 bool Delete(FolderPresets& presets, const VelString& name)
@@ -120,16 +130,40 @@ bool Delete(FolderPresets& presets, const VelString& name)
         std::cerr << "There is no preset " << ToUtf8(name) << ".\n";
         return false;
     }
-    return true;
+    return CheckSaved(presets);
+}
+
+bool Run(FolderPresets& presets, const std::vector<VelString>& arguments)
+{
+    const VelString& command = arguments[1];
+    return command == L"list"   ? List(presets)
+           : command == L"show" ? Show(presets, arguments[2])
+           : command == L"add"  ? Add(presets, arguments[2], {arguments.begin() + 3, arguments.end()})
+                                : Delete(presets, arguments[2]);
+}
+
+bool MakesSense(const std::vector<VelString>& arguments)
+{
+    const std::size_t count = arguments.size();
+    return count >= 2 && ((arguments[1] == L"list" && count == 2) || (arguments[1] == L"show" && count == 3) ||
+                          (arguments[1] == L"add" && count >= 3) || (arguments[1] == L"delete" && count == 3));
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const std::vector<std::string_view> arguments(argv + 1, argv + argc);
-    const std::string_view command = arguments.size() > 1 ? arguments[1] : "";
-    if (command != "list" && (arguments.size() < 3 || (command != "show" && command != "add" && command != "delete")))
+    std::vector<VelString> arguments;
+    for (int index = 1; index < argc; ++index)
+    {
+        arguments.emplace_back();
+        if (!VelPlatform::TryToWide(argv[index], arguments.back()))
+        {
+            std::cerr << "Argument " << index << " is no UTF-8.\n";
+            return 2;
+        }
+    }
+    if (!MakesSense(arguments))
     {
         std::cerr << "usage: styles-presets FOLDER list | show NAME | add NAME [PROPERTY=VALUE]... | delete NAME\n";
         return 2;
@@ -137,26 +171,14 @@ int main(int argc, char** argv)
     RegisterSchema();
     bool done = false;
     {
-        FolderPresets presets(VelPlatform::ToWide(arguments[0]),
-                              [](const std::string& text) { std::cerr << text << '\n'; });
-        const VelString name = arguments.size() > 2 ? VelPlatform::ToWide(arguments[2]) : VelString();
-        if (command == "list")
-        {
-            done = List(presets);
-        }
-        else if (command == "show")
-        {
-            done = Show(presets, name);
-        }
-        else if (command == "add")
-        {
-            done = Add(presets, name, {arguments.begin() + 3, arguments.end()});
-        }
-        else
-        {
-            done = Delete(presets, name);
-        }
+        FolderPresets presets(arguments[0], [](const std::string& text) { std::cerr << text << '\n'; });
+        done = Run(presets, arguments);
     }
     ResetStyleManager();
+    if (!std::cout.flush())
+    {
+        std::cerr << "The answer cannot be written.\n";
+        done = false;
+    }
     return done ? 0 : 1;
 }
