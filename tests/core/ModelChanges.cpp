@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <set>
 
 namespace Styles::Modelling
 {
@@ -19,6 +20,20 @@ bool WouldClose(const ModelStyle* style, const ModelStyle* parent)
         parent = parent->parent;
     }
     return parent != nullptr;
+}
+
+/// Makes `style` independent of the span, after those of its parents that are in the span: only where a style inherits
+/// from the style around it does the order show, in how often what is inside is repeated.
+void CutParentsFirst(ModelStyle& style, const ModelSpan& span, std::set<const ModelStyle*>& done)
+{
+    if (done.insert(&style).second)
+    {
+        if (IsIn(span, style.parent))
+        {
+            CutParentsFirst(*style.parent, span, done);
+        }
+        RemoveDependency(style, span, true);
+    }
 }
 
 /// Both sides of a span: the styles of the model, and the real ones, sometimes sorted.
@@ -131,7 +146,7 @@ void Pair::ChangeSubstyle()
         if (OneIn(2))
         {
             Modelling::SetSubstyle(*place.model, key, Copy(*given.model));
-            return place.real->SetSubstyle(key, given.real);
+            return OneIn(2) ? place.real->SetSubstyle(key, given.real) : place.real->SetPathSubstyle({key}, given.real);
         }
         const auto old = place.model->own.extract(key); // the other form removes the old value before it copies
         Modelling::SetSubstyle(*place.model, key, Copy(*given.model));
@@ -344,9 +359,10 @@ void Pair::DeleteSome()
     {
         return; // deleting is rare, or nothing is left to be done
     }
+    std::set<const ModelStyle*> done;
     for (const auto& [name, model] : m_models)
     {
-        RemoveDependency(*model, span.model, true);
+        CutParentsFirst(*model, span.model, done);
     }
     Expect(m_sheet.DeleteStyles(span.Real()) == !gone.empty(), "whether anything was deleted");
     std::erase_if(m_handles, [&span](const Handle& handle) { return IsIn(span.model, handle.root); });

@@ -130,6 +130,7 @@ void Pair::CompareQuestions(const Style& real, const ModelStyle& model)
         }
     }
     Expect(real.GetNumSubstyles() == static_cast<int>(expected.size()), "the number of substyles");
+    Expect(real.GetLastSubstyle() == Counterpart(LastSubstyle(model)), "the last substyle");
     std::vector<Style*> visited;
     const auto visit = [&visited](Style* substyle) {
         visited.push_back(substyle);
@@ -137,6 +138,38 @@ void Pair::CompareQuestions(const Style& real, const ModelStyle& model)
     };
     Expect(ForEachSubStyle(const_cast<Style*>(&real), visit, false, {}), "whether the visit went on to the end");
     Expect(visited == expected, "the substyles that are visited");
+}
+
+void Pair::CompareVisits(Style& real, const ModelStyle& model)
+{
+    std::vector<std::pair<Style*, PropertyKey>> visited;
+    Expect(real.ProcessProperties([&visited](Any&, Style* holder, const PropertyKey& key) {
+        visited.emplace_back(holder, key);
+        return true;
+    }),
+           "whether all values were visited");
+    std::vector<std::pair<Style*, PropertyKey>> expected;
+    for (const auto& [holder, key] : Texts(model))
+    {
+        expected.emplace_back(Counterpart(holder), key);
+    }
+    Expect(visited == expected, "the values that are visited");
+    const std::vector<Style*> found = SubStylesToStyles(StylesToSubStyles({&real, nullptr}));
+    Expect(found == std::vector<Style*>{&real, nullptr}, "a style by its handle");
+}
+
+void Pair::CompareWithAnother(const Place& place)
+{
+    const Place other = AnyPlaceOf(place.model->category);
+    if (other.model == nullptr)
+    {
+        return;
+    }
+    const bool areEqual = AreEqual(*place.model, *other.model);
+    Expect((*place.real == *other.real) == areEqual, "whether two styles are equal");
+    const bool isLess = *place.real < *other.real;
+    const bool isGreater = *other.real < *place.real;
+    Expect(areEqual ? !isLess && !isGreater : isLess != isGreater, "the order of two styles");
 }
 
 void Pair::CompareOverrides(const Style& real, const ModelStyle& model)
@@ -269,8 +302,10 @@ void Pair::CompareAll()
     {
         CompareEffect(*place.real, *place.model);
         CompareQuestions(*place.real, *place.model);
+        CompareVisits(*place.real, *place.model);
         CompareOverrides(*place.real, *place.model);
     }
+    CompareWithAnother(AnyPlace());
     CompareDependencies();
     CompareHandles();
 }

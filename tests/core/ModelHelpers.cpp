@@ -182,6 +182,32 @@ void CopySubstylesOf(ModelStyle& target, const ModelStyle& source, bool mergeVal
     }
 }
 
+std::vector<std::pair<const ModelStyle*, PropertyKey>> Texts(const ModelStyle& style)
+{
+    std::vector<std::pair<const ModelStyle*, PropertyKey>> texts;
+    for (const auto& [key, value] : style.own)
+    {
+        if (value.kind == Kind::Text)
+        {
+            texts.emplace_back(&style, key);
+        }
+        for (const ModelStyle* inside : Inside(value))
+        {
+            const auto more = Texts(*inside);
+            texts.insert(texts.end(), more.begin(), more.end());
+        }
+    }
+    return texts;
+}
+
+/// It is looked up by the name of its category, not by its key.
+ModelStyle* LastSubstyle(const ModelStyle& style)
+{
+    const auto last = std::find_if(style.own.rbegin(), style.own.rend(),
+                                   [](const auto& entry) { return entry.second.kind == Kind::Substyle; });
+    return last != style.own.rend() ? OwnSubstyle(style, last->second.substyle->category->name) : nullptr;
+}
+
 std::vector<std::vector<PropertyKey>> OverriddenPaths(const ModelStyle& style)
 {
     std::vector<std::vector<PropertyKey>> paths;

@@ -126,6 +126,8 @@ private:
     void CompareValue(const Any& real, const ModelValue* model, const ModelDefinition& definition);
     void CompareSubstyleValues(const Style& real, const ModelStyle& model, const PropertyKey& key);
     void CompareQuestions(const Style& real, const ModelStyle& model);
+    void CompareVisits(Style& real, const ModelStyle& model);
+    void CompareWithAnother(const Place& place);
     void CompareOverrides(const Style& real, const ModelStyle& model);
     void CompareDependencies();
     void CompareHandles();

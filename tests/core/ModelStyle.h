@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Styles::Modelling
@@ -133,6 +134,9 @@ void Remap(ModelStyle& style, const ModelStyle& from, ModelStyle* to);
 [[nodiscard]] ModelStyle* SubstyleParent(const ModelStyle& style);
 void ClearEmptySubstyles(ModelStyle& style);
 void CopySubstylesOf(ModelStyle& target, const ModelStyle& source, bool mergeValues);
+/// What is visited of a style: each text with the style that holds it.
+[[nodiscard]] std::vector<std::pair<const ModelStyle*, PropertyKey>> Texts(const ModelStyle& style);
+[[nodiscard]] ModelStyle* LastSubstyle(const ModelStyle& style);
 [[nodiscard]] std::vector<std::vector<PropertyKey>> OverriddenPaths(const ModelStyle& style);
 /// Null where there is no substyle.
 [[nodiscard]] std::unique_ptr<ModelStyle> MakeFromSubstyle(const ModelStyle& style, const PropertyKey& key);
