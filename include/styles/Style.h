@@ -60,7 +60,7 @@ public:
     /// whose key the category does not know is left out.
     Style(const Style& other);
 
-    /// As move assignment to an empty style.
+    /// As move assignment to an empty style, but when a definition throws, `other` keeps its values.
     Style(Style&& other);
 
     /// As the copy constructor; the owner of this style stays. `other` may be a substyle of this style.

@@ -27,7 +27,21 @@ Style::Style(const Style& other) : Style()
 
 Style::Style(Style&& other) : Style()
 {
-    Detail::StyleAccess::Take(*this, other);
+    try
+    {
+        Detail::StyleAccess::Take(*this, other);
+    }
+    catch (...)
+    {
+        other.m_properties.swap(m_properties); // this style will not be there to hold them
+        try
+        {
+            other.RepairSubstyleOwnerPointers();
+        }
+        catch (...) // the first exception is the one that goes on
+        {}
+        throw;
+    }
 }
 
 Style& Style::operator=(const Style& other)
