@@ -20,13 +20,18 @@ bool IsUnitTestModuleLoaded()
     return isLoaded;
 }
 
-void ReportMissingDefinition(const PropertyKey& category, const PropertyKey& name)
+void ReportMissingDefinition(const PropertyKey& category, const PropertyKey& name) noexcept
 {
-    if (!IsUnitTestModuleLoaded() && VelUtils::IsLogging())
+    try
     {
-        VelUtils::LogMessage(VelString(L"Category \"") + category.GetText() + VelString(L"\" has no property \"") +
-                             name.GetText() + VelString(L"\""));
+        if (VelUtils::IsLogging() && !IsUnitTestModuleLoaded())
+        {
+            VelUtils::LogMessage(VelString(L"Category \"") + category.GetText() + VelString(L"\" has no property \"") +
+                                 name.GetText() + VelString(L"\""));
+        }
     }
+    catch (...) // no memory for the message: a look-up does not fail for want of a report
+    {}
 }
 
 } // namespace
