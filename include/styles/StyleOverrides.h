@@ -31,7 +31,8 @@ GetOverriddenSubstyleProperties(const Style& style, const PropertyKey& substyleK
                                                                                 std::set<PropertyKey>& keys);
 
 /// Removes every own value that equals what the style inherits without it, as its definition compares. Nothing happens
-/// where there is nothing to inherit from. When a definition throws, the values not yet examined stay.
+/// where there is nothing to inherit from. When a definition throws or memory runs out, each value is there still or
+/// was one to be removed.
 STYLES_API void ClearMatchingInheritedProperties(Style& style);
 
 } // namespace Styles

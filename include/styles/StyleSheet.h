@@ -74,14 +74,17 @@ public:
     bool RemoveStyle(Style* style);
 
     /// Destroys those of `styles` that are in the sheet, after making all styles of the sheet independent of `styles`.
-    /// \return whether a style was destroyed. When a definition throws, no style has been destroyed.
+    /// \return whether a style was destroyed. When a definition throws or memory runs out, no style has been destroyed,
+    /// and every style of the sheet has the effective values that it had (but where styles nest in themselves without
+    /// end: those may end already). What definitions throw about destroyed styles is dropped.
     bool DeleteStyles(StyleSpan styles);
 
     /// Destroys all styles and takes the manager's current version; the external identity stays.
     void Clear();
 
     /// Replaces the contents by copies of those of `other` and tells `context` (may be null) of each. Copying a sheet
-    /// to itself does nothing.
+    /// to itself does nothing. When `other` cannot be written, the sheet is as it was. What cannot be read, also for
+    /// want of memory, is left out, as by `Import`. When `context` throws, all copies are there.
     void CopyContentsFrom(const StyleSheet& other, IStyleSheetDuplicationContext* context);
 
     /// Adds the styles of this sheet to it once more, which destroys them (they stay listed, empty), and empties the
@@ -139,9 +142,12 @@ public:
     bool Export(VelUtils::Stream& stream) const;
 
     /// Reads a document and adds its styles: with `replace` in the place of styles of the same name, whose heirs
-    /// inherit from the new ones; otherwise styles that are there stay. False when the text is no document (the sheet
-    /// is as it was), or when reading stopped in the middle (what was added stays). Categories that are not registered
-    /// are passed over.
+    /// inherit from the new ones; otherwise styles that are there stay. Categories that are not registered are passed
+    /// over. False when the text is no document (the sheet is as it was), or when reading stopped in the middle, for
+    /// a style that is no object, for a definition that threw or for want of memory. Then the sheet may have the
+    /// version and the identity of the document, each style that the document names is the one from before, or a new
+    /// one with what was read of it, be it nothing, and nothing inherits from a style that has been replaced. The other
+    /// styles are as they were.
     bool Import(VelUtils::Stream& stream, bool replace);
     /// @}
 
@@ -152,7 +158,8 @@ protected:
     virtual bool ImportFromString(const VelString& text, bool replace);
     /// Adds the members of the document to `out`, an object. \throws std::bad_cast when it is none.
     virtual void ExportJson(Json::Variant& out, bool includeTemporaries) const;
-    /// Reads a document. \throws std::bad_cast for a style that is no object, and what definitions throw.
+    /// Reads a document. \throws std::bad_cast for a style that is no object, and what definitions throw; then the
+    /// sheet is as `Import` leaves it.
     virtual bool ImportJson(Json::Object* root, bool replace);
     virtual void SetExternalID(const VelString& id);
 
@@ -165,8 +172,8 @@ private:
     class DocumentReader;
 
     [[nodiscard]] std::vector<Style*> ListParentsFirst(StyleSpan doomed) const;
-    void DestroyStyle(Style* style);
-    [[nodiscard]] bool IsListed(const Style* style) const;
+    void DestroyStyle(Style* style) noexcept;
+    [[nodiscard]] bool IsListed(const Style* style) const noexcept;
 
     NameMap* m_stylesByName = nullptr;
     std::map<Style*, VelString>* m_namesByStyle = nullptr;

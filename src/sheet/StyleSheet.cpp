@@ -301,17 +301,22 @@ void StyleSheet::SetExternalID(const VelString& id)
 }
 
 /// Destroys a style that the sheet lets go; one that is still listed becomes empty in its place.
-void StyleSheet::DestroyStyle(Style* style)
+void StyleSheet::DestroyStyle(Style* style) noexcept
 {
     if (style == nullptr || !IsListed(style))
     {
         delete style;
         return;
     }
-    *style = Style();
+    try
+    {
+        *style = Style();
+    }
+    catch (...) // a definition, after all values have been destroyed
+    {}
 }
 
-bool StyleSheet::IsListed(const Style* style) const
+bool StyleSheet::IsListed(const Style* style) const noexcept
 {
     if (m_namesByStyle->contains(const_cast<Style*>(style)))
     {
