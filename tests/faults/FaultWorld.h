@@ -2,12 +2,11 @@
 #pragma once
 
 #include "faults/FaultyDefinitions.h"
+#include "faults/Painter.h"
 #include "faults/UnderFailures.h"
 #include "support/SchemaFixture.h"
 
 #include <memory>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -32,12 +31,12 @@ inline const FaultKeys& Keys()
 inline void RegisterFaultyText(const PropertyKey& category, const PropertyKey& name, const wchar_t* defaultValue)
 {
     Manager().RegisterProperty(
-        category, name, new Faulty<StyleProperty>(nullptr, VelString(defaultValue), new TextPolicy<VelString>(), 0));
+        category, name, new Faulty<StyleProperty>(nullptr, VelString(defaultValue), new FaultyPolicy<VelString>(), 0));
 }
 
 inline void RegisterFaultyNumber(const PropertyKey& category, const PropertyKey& name)
 {
-    Manager().RegisterProperty(category, name, new Faulty<StyleProperty>(nullptr, 0.5, new TextPolicy<double>(), 0));
+    Manager().RegisterProperty(category, name, new Faulty<StyleProperty>(nullptr, 0.5, new FaultyPolicy<double>(), 0));
 }
 
 inline void RegisterFaultySubstyle(const PropertyKey& category, const PropertyKey& name)
@@ -62,7 +61,7 @@ inline void RegisterFaultySchema()
     Manager().RegisterCategory(k.nest, VelString(L"Nest"), false, true);
     Manager().RegisterCategory(StyleCategoryName, VelString(L"Graphic style"), false, true);
     Manager().RegisterProperty(
-        k.fill, k.pattern, new Faulty<StyleProperty>(nullptr, std::uint32_t{7}, new TextPolicy<std::uint32_t>(), 0));
+        k.fill, k.pattern, new Faulty<StyleProperty>(nullptr, std::uint32_t{7}, new FaultyPolicy<std::uint32_t>(), 0));
     RegisterFaultyNumber(k.fill, k.scale);
     RegisterFaultyText(k.fill, k.color, L"white");
     RegisterFaultyNumber(k.outline, k.width);
@@ -82,142 +81,6 @@ inline void RegisterFaultySchema()
     RegisterFaultySubstyle(k.nest, k.nest);
     RegisterFaultyList(k.nest, k.nests, k.nest);
 }
-
-inline std::string Narrow(const VelString& text)
-{
-    const VelStringA utf8 = VelPlatform::ToNarrow(text);
-    return {utf8.c_str(), utf8.size()};
-}
-
-/// Draws styles into a picture.
-class Painter
-{
-public:
-    enum class Look
-    {
-        Identity, ///< own values and the addresses of substyles
-        Content,  ///< own values
-        Effect    ///< what look-ups answer
-    };
-
-    Painter(const StyleSheet& sheet, Look look, Picture& picture) : m_sheet(sheet), m_look(look), m_picture(picture) {}
-
-    void Draw(const std::string& place, const Style& style, int depth = 0)
-    {
-        if (m_look == Look::Effect)
-        {
-            DrawEffect(place, style, depth);
-            return;
-        }
-        m_picture[place] = "style of " + Narrow(style.GetCategoryName().GetText());
-        m_picture[place + "^"] = ParentOf(style);
-        m_picture[place + "#"] = Narrow(style.GetExternalID()) + "#" + Narrow(style.GetExternalName());
-        if (m_look == Look::Identity)
-        {
-            m_picture[place + "@"] = Address(&style) + " in " + Address(style.GetOwner()) + " as " +
-                                     Narrow(style.GetOwnersSubstylePropertyName().GetText());
-        }
-        for (const PropertyKey& key : GetOverriddenProperties(style))
-        {
-            Any value;
-            style.GetOverrideProperty(key, value);
-            DrawValue(place + "/" + Narrow(key.GetText()), value, depth);
-        }
-    }
-
-private:
-    void DrawEffect(const std::string& place, const Style& style, int depth)
-    {
-        const auto category = style.GetCategory();
-        if (!category || depth > 4)
-        {
-            return;
-        }
-        for (const PropertyKey& key : category->GetPropertyNames())
-        {
-            if (const BaseStyleProperty* definition = category->GetStyleProperty(key))
-            {
-                // A style that has not been read to the end has no category, and those below it then no default.
-                const Any* found = nullptr;
-                try
-                {
-                    found = &style.GetProperty(key);
-                }
-                catch (const std::logic_error&)
-                {
-                    m_picture[place + "/" + Narrow(key.GetText())] = "(not known)";
-                    continue;
-                }
-                const Any& value = *found;
-                Style* const* substyle = value.GetIf<Style*>();
-                // What is nowhere set is the same as an empty substyle.
-                Style empty;
-                if (substyle != nullptr && *substyle == nullptr)
-                {
-                    empty.SetCategory(const_cast<BaseStyleProperty*>(definition)->GetElementCategoryName());
-                    DrawEffect(place + "/" + Narrow(key.GetText()), empty, depth + 1);
-                    continue;
-                }
-                DrawValue(place + "/" + Narrow(key.GetText()), value, depth);
-            }
-        }
-    }
-
-    void DrawValue(const std::string& place, const Any& value, int depth)
-    {
-        if (Style* const* substyle = value.GetIf<Style*>())
-        {
-            if (*substyle != nullptr)
-            {
-                Draw(place, **substyle, depth + 1);
-            }
-            return;
-        }
-        if (const auto* list = value.GetIf<std::vector<Style*>>())
-        {
-            m_picture[place] = std::to_string(list->size()) + " styles";
-            for (std::size_t index = 0; index < list->size(); ++index)
-            {
-                Draw(place + "[" + std::to_string(index) + "]", *(*list)[index], depth + 1);
-            }
-            return;
-        }
-        std::ostringstream text;
-        if (const VelString* string = value.GetIf<VelString>())
-        {
-            text << '"' << Narrow(*string) << '"';
-        }
-        else if (const double* number = value.GetIf<double>())
-        {
-            text << *number;
-        }
-        else if (const std::uint32_t* integer = value.GetIf<std::uint32_t>())
-        {
-            text << *integer << 'u';
-        }
-        else
-        {
-            text << value.GetType().name();
-        }
-        m_picture[place] = text.str();
-    }
-
-    std::string ParentOf(const Style& style) const
-    {
-        return style.GetParent() == nullptr ? "none" : "inherits " + Narrow(m_sheet.GetStyleName(style.GetParent()));
-    }
-
-    static std::string Address(const Style* style)
-    {
-        std::ostringstream text;
-        text << static_cast<const void*>(style);
-        return text.str();
-    }
-
-    const StyleSheet& m_sheet;
-    Look m_look;
-    Picture& m_picture;
-};
 
 /// Gives tests the text of a document, and an identity.
 class OpenSheet : public StyleSheet
@@ -313,20 +176,15 @@ public:
     std::unique_ptr<Style> loose;
     /// For operations that make something; part of the picture.
     std::unique_ptr<Style> made;
+    /// For operations that cannot be done twice.
+    bool isDone = false;
 
 private:
     Picture Draw(Painter::Look look) const
     {
         Picture picture;
         Painter painter(sheet, look, picture);
-        for (const VelString& name : sheet.GetStyleNames())
-        {
-            if (const Style* style = sheet.GetStyle(name))
-            {
-                painter.Draw(Narrow(name), *style);
-                EXPECT_EQ(sheet.GetStyleName(style), name);
-            }
-        }
+        painter.DrawSheet();
         if (look != Painter::Look::Effect)
         {
             picture["(sheet)"] =
@@ -341,19 +199,29 @@ private:
     }
 };
 
-/// A test for each operation on styles and sheets.
-class WorldFaults : public testing::TestWithParam<Operation<FaultWorld>>
+/// The definitions that may throw, for the time of a test.
+class FaultySchema
 {
-protected:
-    WorldFaults() { RegisterFaultySchema(); }
-    ~WorldFaults() override
+public:
+    FaultySchema() { RegisterFaultySchema(); }
+    ~FaultySchema()
     {
         Manager().ClearImportStyleInfo();
         Manager().Reset();
         Manager().SetCurrentVersion(-1);
     }
-    WorldFaults(const WorldFaults&) = delete;
-    WorldFaults& operator=(const WorldFaults&) = delete;
+    FaultySchema(const FaultySchema&) = delete;
+    FaultySchema& operator=(const FaultySchema&) = delete;
 };
+
+/// A test for each operation on a world of styles.
+template <class World>
+class FaultsOf : public testing::TestWithParam<Operation<World>>
+{
+private:
+    FaultySchema m_schema;
+};
+
+using WorldFaults = FaultsOf<FaultWorld>;
 
 } // namespace Styles::Testing

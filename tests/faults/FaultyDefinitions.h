@@ -45,6 +45,26 @@ inline void ReachCall(bool destroying = false)
     }
 }
 
+/// A ready-made conversion to and from text, each call of which may fail.
+template <class T>
+class FaultyPolicy : public VelPref::Detail::IConversionPolicy
+{
+public:
+    VelString ToText(const Any& value) const override
+    {
+        ReachCall();
+        return m_policy.ToText(value);
+    }
+    Any FromText(const VelString& text) const override
+    {
+        ReachCall();
+        return m_policy.FromText(text);
+    }
+
+private:
+    TextPolicy<T> m_policy;
+};
+
 /// A ready-made definition, each call of which may fail: before it has done anything, and a call to destroy a value
 /// after it is destroyed.
 template <class Base>
@@ -53,6 +73,46 @@ class Faulty : public Base
 public:
     using Base::Base;
 
+    PropertyKey GetElementCategoryName() override
+    {
+        ReachCall();
+        return Base::GetElementCategoryName();
+    }
+    bool NeedAdjustementsForStyleIO() const override
+    {
+        ReachCall();
+        return true;
+    }
+    void AdjustAfterDeserialize(const StyleSheet& sheet, Style* style) const override
+    {
+        ReachCall();
+        Base::AdjustAfterDeserialize(sheet, style);
+    }
+    const VelPref::Detail::IConversionPolicy* GetConversionPolicy() const override
+    {
+        ReachCall();
+        return Base::GetConversionPolicy();
+    }
+    bool IsDeprecated() const override
+    {
+        ReachCall();
+        return Base::IsDeprecated();
+    }
+    bool CheckType(const Any& value) const override
+    {
+        ReachCall();
+        return Base::CheckType(value);
+    }
+    bool IsTemporary() const override
+    {
+        ReachCall();
+        return Base::IsTemporary();
+    }
+    bool IsSubstyle() const override
+    {
+        ReachCall();
+        return Base::IsSubstyle();
+    }
     bool Serialize(const StyleSheet& sheet, const Style* style, const Any& value, Json::Variant& output) const override
     {
         ReachCall();

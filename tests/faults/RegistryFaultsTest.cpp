@@ -3,6 +3,7 @@
 #include "faults/FaultWorld.h"
 
 #include <memory>
+#include <stdexcept>
 #include <utility>
 
 namespace Styles::Testing
@@ -33,11 +34,11 @@ public:
         {
             const std::string place = Narrow(category.GetText());
             picture[place] = Narrow(Manager().TranslateCategory(category));
-            for (const PropertyKey& property : Manager().GetStylePropertyNames(category))
+            for (std::size_t index = 0; const PropertyKey& property : Manager().GetStylePropertyNames(category))
             {
-                picture[place + "/"] += Narrow(property.GetText()) + ",";
                 const BaseStyleProperty* definition = Manager().GetStyleProperty(category, property);
-                picture[place + "/" + Narrow(property.GetText())] = definition != nullptr ? "defined" : "not defined";
+                picture[place + "/" + std::to_string(index++)] =
+                    Narrow(property.GetText()) + (definition != nullptr ? " is defined" : " is not defined");
             }
         }
         for (const PropertyKey& category : Manager().GetStyleSetCategoryNames())
@@ -74,7 +75,13 @@ INSTANTIATE_TEST_SUITE_P(
            }},
         Op{"RegisterStyleCategory", [](W&) { RegisterStyleCategory(L"Grafikstil, mit langem Namen"); }},
         Op{"RegisterSubstyleSet", [](W&) { RegisterSubstyleSet(Keys().fill, Keys().outline); }},
-        Op{"Deregister", [](W&) { Manager().DeregisterCategory(Keys().fill); }},
+        Op{"Deregister", [](W&) { Manager().DeregisterCategory(Keys().fill); }, Promise::ThrowsNothing},
+        Op{"DeregisterStyleCategory", [](W&) { DeregisterStyleCategory(); }, Promise::ThrowsNothing, Promise::Unchanged,
+           false, true, Promise::AllOrNothing, [](W&) { RegisterStyleCategory(L"Grafikstil, mit langem Namen"); }},
+        Op{"ResetStyleManager", [](W&) { ResetStyleManager(); }, Promise::ThrowsNothing},
+        Op{"AddToTheStyleCategory", [](W&) { RegisterStyleCategory(L"Grafikstil, mit langem Namen"); },
+           Promise::Stepwise, Promise::Unchanged, false, true, Promise::AllOrNothing,
+           [](W&) { Manager().RegisterCategory(StyleCategoryName, L"Grafikstil", false, true); }},
         Op{"Ask",
            [](W&) {
                (void)Manager().GetCategoryNames();
@@ -82,7 +89,37 @@ INSTANTIATE_TEST_SUITE_P(
                (void)Manager().CategoryExists(VelString(L"Füllung, mit langem Namen"));
                (void)Manager().UntranslateCategory(L"Umriss, mit langem Namen");
                (void)Manager().TranslateCategory(Keys().fill);
+               (void)Manager().GetDefaultValue(Keys().fill, Keys().color);
            }},
+        Op{"AskForWhatIsMissing",
+           [](W&) {
+               try
+               {
+                   (void)Manager().GetDefaultValue(Keys().fill, Keys().note);
+               }
+               catch (const std::logic_error&)
+               {}
+               try
+               {
+                   (void)Manager().GetCategory(Keys().nest);
+               }
+               catch (const std::logic_error&)
+               {}
+           }},
+        Op{"AskWithoutFailure",
+           [](W&) {
+               Manager().SetCurrentVersion(Manager().GetCurrentVersion());
+               (void)Manager().CategoryExists(Keys().fill);
+               (void)Manager().GetStyleProperty(Keys().fill, Keys().color);
+               (void)Manager().GetStyleProperty(Keys().nest, Keys().color);
+               (void)Manager().GetConversionPolicy(Keys().fill, Keys().color);
+               (void)Manager().GetStyleSetCategoryNames();
+               const auto category = Manager().GetCategory(Keys().fill);
+               (void)category->GetProperties();
+               (void)category->GetPropertyNames();
+               (void)category->IsPublic();
+           },
+           Promise::ThrowsNothing},
         Op{"CopyCategory",
            [](W&) {
                const StyleCategory copy(*Manager().GetCategory(Keys().fill));

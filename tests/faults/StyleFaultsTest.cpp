@@ -45,18 +45,21 @@ INSTANTIATE_TEST_SUITE_P(
         Op{"ConstructWithUnknownCategory", [](W& w) { w.made = std::make_unique<Style>(w.base, K().unknown); }},
         Op{"CopyConstruct", [](W& w) { w.made = std::make_unique<Style>(*w.grandchild); }},
         Op{"CopyConstructNest", [](W& w) { w.made = std::make_unique<Style>(*w.nest); }},
-        Op{"MoveConstruct", [](W& w) { w.made = std::make_unique<Style>(std::move(*w.loose)); }, Promise::Unchanged,
-           Promise::Usable},
+        Op{"MoveConstruct", [](W& w) { w.made = std::make_unique<Style>(std::move(*w.loose)); }},
         Op{"CopyAssign", [](W& w) { *w.loose = *w.grandchild; }},
         Op{"CopyAssignOwnSubstyle", [](W& w) { *w.nest = *w.nest->GetSubstyle(K().nest, false); }, Promise::Unchanged,
            Promise::Unchanged, false, false},
         Op{"CopyAssignOwnOwner", [](W& w) { *w.nest->GetSubstyle(K().nest, false) = *w.nest; }, Promise::Unchanged,
-           Promise::Usable, false, false},
-        Op{"MoveAssign", [](W& w) { *w.loose = std::move(*w.grandchild); }, Promise::Unchanged, Promise::Usable},
+           Promise::AllOrNothing, false, false},
+        Op{"MoveAssign", [](W& w) { *w.loose = std::move(*w.grandchild); }, Promise::ThrowsNothing,
+           Promise::AllOrNothing, false, true, Promise::Done},
         Op{"MoveAssignIntoOwnSubstyle", [](W& w) { *w.nest->GetSubstyle(K().nest, false) = std::move(*w.nest); },
-           Promise::Unchanged, Promise::Usable, false, false},
-        Op{"SwapData", [](W& w) { w.loose->SwapData(*w.grandchild); }, Promise::Unchanged, Promise::Usable},
-        Op{"Clear", [](W& w) { w.grandchild->Clear(); }, Promise::Unchanged, Promise::Usable},
+           Promise::Unchanged, Promise::AllOrNothing, false, false},
+        Op{"SwapData", [](W& w) { w.loose->SwapData(*w.grandchild); }, Promise::ThrowsNothing, Promise::AllOrNothing},
+        Op{"Clear", [](W& w) { w.grandchild->Clear(); }, Promise::ThrowsNothing, Promise::Done, false, true,
+           Promise::Done},
+        Op{"Destroy", [](W& w) { w.loose = std::make_unique<Style>(); }, Promise::Unchanged, Promise::ThrowsNothing,
+           false, true, Promise::ThrowsNothing},
         Op{"SetCategory", [](W& w) { w.oldLine->SetCategory(K().fill); }},
         Op{"SetUnknownCategory", [](W& w) { w.loose->SetCategory(K().unknown); }},
         Op{"SetExternalID", [](W& w) { w.child->SetExternalID(L"eine neue, lange Kennung"); }},
@@ -89,6 +92,21 @@ INSTANTIATE_TEST_SUITE_P(
                    w.grandchild->GetOverrideProperty(key, out);
                }
            }},
+        Op{"AskWithoutFailure",
+           [](W& w) {
+               Style& style = *w.grandchild->GetSubstyle(K().character, false);
+               style.SetOwner(style.GetOwner(), style.GetOwnersSubstylePropertyName());
+               w.base->SetParent(w.base->GetParent());
+               (void)w.base->IsEmpty();
+               (void)w.base->IsExternal();
+               (void)w.base->GetExternalID();
+               (void)w.base->GetExternalName();
+               (void)w.base->GetCategoryName();
+               (void)w.base->GetCategoryUIName();
+               (void)w.base->DoesOverrideProperty(K().note);
+               (void)style.StylePropertiesHasDependencyOnOwner();
+           },
+           Promise::ThrowsNothing, Promise::ThrowsNothing},
         Op{"GetPropertyThroughTheOwner",
            [](W& w) { (void)w.grandchild->GetSubstyle(K().character, false)->GetProperty(K().font); }},
         Op{"GetPathProperty",
@@ -114,19 +132,19 @@ INSTANTIATE_TEST_SUITE_P(
                const Any value = Text(L"neu");
                w.base->SetProperty(K().note, value);
            },
-           Promise::MayClear, Promise::MayClear},
+           Promise::MayClear, Promise::MayClear, false, true, Promise::MayClear},
         Op{"SetCopyOfSubstyle",
            [](W& w) {
                const Any value(w.grandchild->GetSubstyle(K().character, false));
                w.base->SetProperty(K().character, value);
            },
-           Promise::MayClear, Promise::MayClear},
+           Promise::MayClear, Promise::MayClear, false, true, Promise::MayClear},
         Op{"SetOwnSubstyle",
            [](W& w) {
                const Any value = w.base->GetProperty(K().character);
                w.base->SetProperty(K().character, value);
            },
-           Promise::MayClear, Promise::MayClear, false, false},
+           Promise::MayClear, Promise::MayClear, false, false, Promise::MayClear},
         Op{"SetMoved", [](W& w) { w.base->SetProperty(K().note, Text(L"neu")); }},
         Op{"SetMovedSubstyle",
            [](W& w) { w.base->SetProperty(K().character, Any(w.grandchild->GetSubstyle(K().character, false))); }},
@@ -165,7 +183,7 @@ INSTANTIATE_TEST_SUITE_P(
         Op{"ClearProperties", [](W& w) { w.loose->ClearProperties(w.ancestor); }, Promise::Stepwise, Promise::Stepwise},
         Op{"ClearAllProperties", [](W& w) { w.base->ClearAllProperties(); }},
         Op{"RevertAllProperties", [](W& w) { w.grandchild->RevertAllProperties(); }, Promise::Stepwise,
-           Promise::Stepwise},
+           Promise::Stepwise, false, true, Promise::Stepwise},
         Op{"CopyProperties",
            [](W& w) {
                w.made.reset(w.grandchild->CopyProperties({K().note, K().fill, K().stops, K().character}));
@@ -186,7 +204,8 @@ INSTANTIATE_TEST_SUITE_P(
         Op{"MergeOwnSubstyle", [](W& w) { w.nest->MergeProperties(w.nest->GetSubstyle(K().nest, false), true); },
            Promise::Stepwise, Promise::Stepwise, false, false},
         Op{"MergeParent", [](W& w) { w.child->MergeParentProperties(w.base); }, Promise::Stepwise, Promise::Stepwise},
-        Op{"Flatten", [](W& w) { w.grandchild->Flatten(); }, Promise::SameEffect, Promise::SameEffect},
+        Op{"Flatten", [](W& w) { w.grandchild->Flatten(); }, Promise::SameEffect, Promise::SameEffect, false, true,
+           Promise::SameEffect},
         // What would nest without end is cut in the end, so that look-ups deep inside change.
         Op{"FlattenNest", [](W& w) { w.nest->Flatten(); }, Promise::Stepwise, Promise::Stepwise},
         Op{"FlattenIntoASet",
@@ -194,7 +213,7 @@ INSTANTIATE_TEST_SUITE_P(
                std::set<PropertyKey> changed;
                w.child->Flatten(changed);
            },
-           Promise::SameEffect, Promise::SameEffect},
+           Promise::SameEffect, Promise::SameEffect, false, true, Promise::SameEffect},
         Op{"CreateFlattenedStyle", [](W& w) { w.made.reset(w.grandchild->CreateFlattenedStyle()); }},
         Op{"CreateStyleClone",
            [](W& w) {
@@ -239,6 +258,7 @@ INSTANTIATE_TEST_SUITE_P(
         Op{"ProcessProperties",
            [](W& w) {
                w.grandchild->ProcessProperties([](Any& value, Style*, const PropertyKey&) {
+                   ReachCall();
                    if (value.Is<double>())
                    {
                        value = Any(8.0);
@@ -251,12 +271,40 @@ INSTANTIATE_TEST_SUITE_P(
            [](W& w) {
                w.grandchild->ProcessProperties({SplitPath(L"character.size"), SplitPath(L"note")},
                                                [](Any&, Style* style, const PropertyKey& key) {
+                                                   ReachCall();
                                                    style->SetProperty(key, Text(L"besucht"));
                                                    return true;
                                                });
            },
-           Promise::Stepwise, Promise::Stepwise}),
+           Promise::Stepwise, Promise::Stepwise, false, true, Promise::Stepwise},
+        Op{"ProcessWhileClearing",
+           [](W& w) {
+               w.grandchild->ProcessProperties([](Any&, Style* style, const PropertyKey& key) {
+                   ReachCall();
+                   style->ClearProperty(key);
+                   ReachCall();
+                   return true;
+               });
+           },
+           Promise::Stepwise, Promise::Stepwise, false, true, Promise::Stepwise}),
     OperationName());
+
+/// Members for a style that has values already.
+const Json::Object& MoreMembers()
+{
+    static const Json::Object object = [] {
+        Json::Object character;
+        character.AddValue(L"font", VelString(L"gelesene Schrift"));
+        Json::Object members;
+        members.AddValue(L"inherits", VelString(L"Linie, etwas neuer"));
+        members.AddValue(L"id", VelString(L"gelesene Kennung"));
+        members.AddValue(L"number", VelString(L"8"));
+        members.AddValue(L"character", std::move(character));
+        members.AddValue(L"note", VelString(L"gelesene Notiz"));
+        return members;
+    }();
+    return object;
+}
 
 INSTANTIATE_TEST_SUITE_P(
     Json, StyleFaults,
@@ -279,7 +327,17 @@ INSTANTIATE_TEST_SUITE_P(
                            Style read(nullptr, StyleCategoryName);
                            read.DeserializeJson(w.sheet, out.Get<Json::Object>());
                            w.made = std::make_unique<Style>(read);
-                       }}),
+                       }},
+                    Op{"DeserializeMore",
+                       [](W& w) {
+                           w.loose->DeserializeJson(w.sheet, MoreMembers());
+                           for (const PropertyKey& key : w.loose->GetCategory()->GetPropertyNames())
+                           {
+                               w.loose->GetCategory()->GetStyleProperty(key)->AdjustAfterDeserialize(w.sheet,
+                                                                                                     w.loose.get());
+                           }
+                       },
+                       Promise::Stepwise, Promise::Stepwise, false, false, Promise::Stepwise}),
     OperationName());
 
 } // namespace
