@@ -184,6 +184,9 @@ function(styles_add_house_tests)
     set_tests_properties(house/${script} PROPERTIES LABELS house)
   endforeach()
 
+  styles_add_interface_test(layout)
+  styles_add_interface_test(cost)
+
   set(page ${PROJECT_SOURCE_DIR}/README.md)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${page})
   file(READ ${page} text)
@@ -198,6 +201,14 @@ function(styles_add_house_tests)
     COMMAND Python3::Interpreter -B ${CMAKE_CURRENT_SOURCE_DIR}/house/readme_example.py $<TARGET_FILE:readme_example>)
 
   set_tests_properties(house/readme_example PROPERTIES LABELS house)
+endfunction()
+
+# styles_add_interface_test(<what> [<argument>...])
+function(styles_add_interface_test what)
+  set(name house/interface_${what})
+  add_test(NAME ${name}
+    COMMAND Python3::Interpreter -B ${CMAKE_CURRENT_SOURCE_DIR}/house/interface.py ${what} ${ARGN})
+  set_tests_properties(${name} PROPERTIES LABELS house)
 endfunction()
 
 # styles_add_package_tests()

@@ -10,9 +10,8 @@
 /// from `BaseStyleProperty`, and overrides what differs. The order of the virtual operations is part of the interface.
 ///
 /// Ownership: a definition belongs to the category that it is registered in, which deletes it when the category is
-/// emptied
-/// (`StyleManager::RegisterProperty` says when it refuses one). A definition owns its validator, its conversion policy
-/// and its default value.
+/// emptied (`StyleManager::RegisterProperty` says when it refuses one). A definition owns its validator, its conversion
+/// policy and its default value.
 ///
 /// Exceptions: an operation given a value of the wrong type throws `std::bad_cast` and changes nothing. A host's
 /// override may throw anything; `Style` says what holds then.
@@ -23,6 +22,7 @@
 #include "Any.h"
 #include "PropertyKey.h"
 #include "StylesApi.h"
+#include "StylesFwd.h"
 
 #include <VelPref/ConversionPolicy.h>
 #include <VelPref/Validator.h>
@@ -37,13 +37,8 @@
 namespace Styles
 {
 
-namespace Json = VelUtils::Json;
-using VelUtils::Any;
 using VelUtils::Delegate;
 using VelUtils::maybe_sorted_span;
-
-class Style;
-class StyleSheet;
 
 /// Styles asked about, as a span that may be known to be sorted by address.
 using StyleSpan = maybe_sorted_span<Style* const>;

@@ -11,6 +11,7 @@
 #include "StyleProperty.h"
 #include "StyleSheet.h"
 #include "StylesApi.h"
+#include "StylesFwd.h"
 #include "SubStyle.h"
 #include "TextPolicy.h"
 #include "ValueValidators.h"

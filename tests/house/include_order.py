@@ -10,7 +10,7 @@ import re
 import tree
 
 FLOORS = {
-    "StylesApi.h": 0,
+    "StylesApi.h": 0, "StylesFwd.h": 0,
     "Any.h": 1, "PropertyKey.h": 1,
     "StyleProperty.h": 2, "TextPolicy.h": 2, "ValueValidators.h": 2,
     "StyleManager.h": 3,
