@@ -182,22 +182,15 @@ TEST_F(ChainCost, OfMeetingTheParentsOfSubstylesAndElementsIsLinear)
     });
 }
 
-TEST_F(ChainCost, OfDeletingEverySecondStyleIsLinear)
+TEST_F(ChainCost, OfDeletingEverySecondStyleAndThenTheOthersIsLinear)
 {
     Chain shorter(FullLength / 2);
     Chain longer(FullLength);
-    ExpectLinearOn(
-        [](Chain& chain) {
-            EXPECT_TRUE(chain.sheet.DeleteStyles(chain.GetEverySecond()));
-            EXPECT_EQ(chain.sheet.GetStyles().size(), chain.styles.size() / 2);
-        },
-        shorter, longer);
-}
-
-TEST_F(ChainCost, OfDeletingAllStylesIsLinear)
-{
-    Chain shorter(FullLength / 2);
-    Chain longer(FullLength);
+    const auto deleteEverySecond = [](Chain& chain) {
+        EXPECT_TRUE(chain.sheet.DeleteStyles(chain.GetEverySecond()));
+        EXPECT_EQ(chain.sheet.GetStyles().size(), chain.styles.size() / 2);
+    };
+    ExpectLinearOn(deleteEverySecond, shorter, longer);
     ExpectLinearOn([](Chain& chain) { EXPECT_TRUE(chain.sheet.DeleteStyles(chain.sheet.GetStyles())); }, shorter,
                    longer);
 }

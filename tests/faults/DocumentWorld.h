@@ -83,7 +83,19 @@ public:
     [[nodiscard]] Picture GetContent() const { return Draw(Painter::Look::Content); }
     [[nodiscard]] Picture GetEffect() const { return Draw(Painter::Look::Effect); }
 
+    ~DocumentWorld()
+    {
+        for (Style* style : abandoned)
+        {
+            delete style;
+        }
+    }
+    DocumentWorld(const DocumentWorld&) = delete;
+    DocumentWorld& operator=(const DocumentWorld&) = delete;
+
     FaultySheet sheet;
+    /// Styles that an operation has left to nobody.
+    std::vector<Style*> abandoned;
     /// For operations between two sheets; no part of the picture.
     std::unique_ptr<FaultySheet> other;
 

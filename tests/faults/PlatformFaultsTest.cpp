@@ -215,7 +215,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 Op FileOperation()
 {
-    static const Support::TemporaryFolder folder;
+    static const Support::TemporaryFolder folder(Support::FolderInMemory());
     return {"WriteAndReadAFile", [](W& w) {
                 const VelString path = Support::ToText(folder / "Datei");
                 {

@@ -16,7 +16,7 @@ namespace
 
 const Support::TemporaryFolder& Folder()
 {
-    static const Support::TemporaryFolder folder;
+    static const Support::TemporaryFolder folder(Support::FolderInMemory());
     return folder;
 }
 

@@ -102,14 +102,18 @@ INSTANTIATE_TEST_SUITE_P(
                w.sheet.AddStyle(NameOf(w, w.grandchild), style.release(), false);
            }},
         Op{"RemoveByName",
-           [](W& w) { const std::unique_ptr<Style> removed(w.sheet.RemoveStyle(L"Enkel der Basis, noch kleiner")); }},
+           [](W& w) {
+               const VelString name = L"Enkel der Basis, noch kleiner";
+               const std::unique_ptr<Style> removed(w.sheet.RemoveStyle(name));
+           }},
         Op{"RemoveStyle",
            [](W& w) {
                if (w.sheet.RemoveStyle(w.grandchild))
                {
                    delete w.grandchild;
                }
-           }},
+           },
+           Promise::ThrowsNothing, Promise::ThrowsNothing, false, true, Promise::ThrowsNothing},
         DeleteOperation("DeleteStyles",
                         [](const W& w) {
                             return std::vector<Style*>{w.base, w.line};

@@ -177,11 +177,15 @@ INSTANTIATE_TEST_SUITE_P(
            Promise::Stepwise, Promise::MayClear},
         Op{"GetSubstyleAndCreateIfMissing",
            [](W& w) { w.loose->GetSubstyleAndCreateIfMissing(K().character, K().character); }},
-        Op{"ClearProperty", [](W& w) { w.base->ClearProperty(K().character); }},
-        Op{"ClearPathProperty", [](W& w) { w.base->ClearPathProperty(SplitPath(L"character.fill.color")); }},
-        Op{"RevertPathProperty", [](W& w) { w.base->RevertPathProperty(SplitPath(L"character.fill"), false); }},
+        Op{"ClearProperty", [](W& w) { w.base->ClearProperty(K().character); }, Promise::ThrowsNothing,
+           Promise::ThrowsNothing, false, true, Promise::Done},
+        Op{"ClearPathProperty", [](W& w) { w.base->ClearPathProperty(SplitPath(L"character.fill.color")); },
+           Promise::Unchanged, Promise::ThrowsNothing, false, true, Promise::Done},
+        Op{"RevertPathProperty", [](W& w) { w.base->RevertPathProperty(SplitPath(L"character.fill"), false); },
+           Promise::Unchanged, Promise::ThrowsNothing, false, true, Promise::Done},
         Op{"ClearProperties", [](W& w) { w.loose->ClearProperties(w.ancestor); }, Promise::Stepwise, Promise::Stepwise},
-        Op{"ClearAllProperties", [](W& w) { w.base->ClearAllProperties(); }},
+        Op{"ClearAllProperties", [](W& w) { w.base->ClearAllProperties(); }, Promise::ThrowsNothing,
+           Promise::ThrowsNothing, false, true, Promise::Done},
         Op{"RevertAllProperties", [](W& w) { w.grandchild->RevertAllProperties(); }, Promise::Stepwise,
            Promise::Stepwise, false, true, Promise::Stepwise},
         Op{"CopyProperties",
@@ -339,6 +343,44 @@ INSTANTIATE_TEST_SUITE_P(
                        },
                        Promise::Stepwise, Promise::Stepwise, false, false, Promise::Stepwise}),
     OperationName());
+
+class SerializeFaults : public testing::Test
+{
+    FaultySchema m_schema;
+};
+
+/// Asserts that `out` holds the first members of `whole`, and returns how many.
+std::size_t CountFirstMembers(const Json::Variant& out, const Json::Variant& whole)
+{
+    const auto& written = out.Get<Json::Object>();
+    const auto& all = whole.Get<Json::Object>();
+    for (std::size_t index = 0; index < written.GetSize(); ++index)
+    {
+        EXPECT_EQ(written.GetValueName(index), all.GetValueName(index));
+        EXPECT_EQ(*written.GetValue(index), *all.GetValue(index));
+    }
+    return written.GetSize();
+}
+
+TEST_F(SerializeFaults, LeaveTheMembersThatWereWrittenBeforeADefinitionThrew)
+{
+    const W w;
+    Json::Variant whole;
+    CallPoints().Count();
+    w.grandchild->Serialize(w.sheet, whole, true);
+    CallPoints().Disarm();
+    const std::size_t count = CallPoints().GetReached();
+    std::set<std::size_t> sizes;
+    for (std::size_t n = 1; n <= count; ++n)
+    {
+        Json::Variant out = VelString(L"davor");
+        CallPoints().Arm(n, FailureMode::Once);
+        EXPECT_THROW(w.grandchild->Serialize(w.sheet, out, true), HostFailure);
+        CallPoints().Disarm();
+        sizes.insert(CountFirstMembers(out, whole));
+    }
+    EXPECT_EQ(sizes.size(), whole.Get<Json::Object>().GetSize() - 1) << "some member was never the first to fail";
+}
 
 } // namespace
 

@@ -80,8 +80,8 @@ public:
     {
         World world;
         m_operation.Prepare(world);
-        const bool needsIdentity = m_operation.whenMemoryEnds == Promise::Unchanged ||
-                                   m_operation.whenDefinitionsThrow == Promise::Unchanged || m_operation.alsoHolds;
+        const Promise expected = m_byMemory ? m_operation.whenMemoryEnds : m_operation.whenDefinitionsThrow;
+        const bool needsIdentity = expected == Promise::Unchanged || m_operation.alsoHolds;
         const Picture identity = needsIdentity ? world.GetIdentity() : Picture();
         const bool threw = Act(world, n, mode);
         if (!Points().HasFailed())

@@ -17,12 +17,12 @@ namespace Support
 class TemporaryFolder
 {
 public:
-    TemporaryFolder()
+    explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
     {
         std::random_device random;
         do
         {
-            m_path = std::filesystem::temp_directory_path() / ("styles-test-" + std::to_string(random()));
+            m_path = parent / ("styles-test-" + std::to_string(random()));
         } while (!std::filesystem::create_directory(m_path));
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
@@ -51,6 +51,14 @@ public:
 private:
     std::filesystem::path m_path;
 };
+
+/// Where files are kept in memory, if the system has such a folder: for tests that write so many that no disk keeps up.
+inline std::filesystem::path FolderInMemory()
+{
+    const std::filesystem::path folder = "/dev/shm";
+    std::error_code ignored;
+    return std::filesystem::is_directory(folder, ignored) ? folder : std::filesystem::temp_directory_path();
+}
 
 inline VelPlatform::VelString ToText(const std::filesystem::path& path)
 {
