@@ -2,6 +2,7 @@
 # tests/support/Main.cpp.
 include_guard()
 include(GoogleTest)
+include(StylesCrossTests)
 
 set(STYLES_TEST_DATA "${PROJECT_SOURCE_DIR}/../shared/data" CACHE PATH
   "Folder of test data that is not part of the project; tests that use it pass without")
@@ -14,6 +15,7 @@ option(STYLES_BATCH_TESTS "Compile the sources of each test program in batches" 
 #
 # Makes <folder>_tests of the sources in tests/<folder>, and a ctest of every test in it, named
 # <folder>/<Suite>.<Test> and labelled <folder>. Does nothing while the folder has no tests.
+# In a build for another system one ctest runs the program as a whole.
 #
 # Two subfolders are not part of the program:
 #   modules/<Name>.cpp    becomes a shared object with the file name <Name>.dll, in STYLES_TEST_MODULES
@@ -36,11 +38,17 @@ function(styles_add_test_program folder)
     # Takes the files of a batch for headers, which should have no fixtures in anonymous namespaces.
     target_compile_options(${program} PRIVATE -Wno-subobject-linkage)
   endif()
-  gtest_discover_tests(${program}
-    TEST_PREFIX ${folder}/
-    PROPERTIES LABELS ${folder}
-    DISCOVERY_TIMEOUT 120)
+  styles_register_tests(${program} ${folder})
   set_property(GLOBAL APPEND PROPERTY STYLES_TEST_PROGRAMS ${program})
+endfunction()
+
+# Makes the tests of a program known to ctest.
+function(styles_register_tests program folder)
+  if(CMAKE_CROSSCOMPILING)
+    styles_add_whole_program(${program} ${folder})
+  else()
+    gtest_discover_tests(${program} TEST_PREFIX ${folder}/ PROPERTIES LABELS ${folder} DISCOVERY_TIMEOUT 120)
+  endif()
 endfunction()
 
 option(STYLES_THREAD_TESTS_ONLY "Leave out sources without a test that starts threads (one with Thread in its name)" OFF)
@@ -120,7 +128,7 @@ function(styles_add_border_test)
   add_executable(border_tests ${tests} $<TARGET_OBJECTS:test_main>)
   target_link_libraries(border_tests PRIVATE border GTest::gmock)
   styles_set_up_test_target(border_tests)
-  gtest_discover_tests(border_tests TEST_PREFIX border/ PROPERTIES LABELS border DISCOVERY_TIMEOUT 120)
+  styles_register_tests(border_tests border)
 endfunction()
 
 # styles_add_fuzz_targets()
@@ -186,6 +194,7 @@ function(styles_add_house_tests)
 
   styles_add_interface_test(layout)
   styles_add_interface_test(cost)
+  styles_add_reference_test()
 
   set(page ${PROJECT_SOURCE_DIR}/README.md)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${page})
@@ -209,6 +218,21 @@ function(styles_add_interface_test what)
   add_test(NAME ${name}
     COMMAND Python3::Interpreter -B ${CMAKE_CURRENT_SOURCE_DIR}/house/interface.py ${what} ${ARGN})
   set_tests_properties(${name} PROPERTIES LABELS house)
+endfunction()
+
+# styles_add_reference_test()
+#
+# Doxygen over the public headers: every declaration has a comment, and one that fits. It reads sources only, so one
+# build has it, the optimised one.
+function(styles_add_reference_test)
+  find_program(STYLES_DOXYGEN doxygen)
+  if(NOT STYLES_DOXYGEN OR NOT CMAKE_BUILD_TYPE STREQUAL "Release")
+    return()
+  endif()
+  set(output ${CMAKE_CURRENT_BINARY_DIR}/reference)
+  file(MAKE_DIRECTORY ${output})
+  add_test(NAME house/doxygen COMMAND ${STYLES_DOXYGEN} docs/Doxyfile WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+  set_tests_properties(house/doxygen PROPERTIES LABELS house ENVIRONMENT STYLES_DOCS_OUTPUT=${output})
 endfunction()
 
 # styles_add_package_tests()

@@ -39,6 +39,7 @@ template <class T>
 struct IsRelocatableByBytes : std::is_trivially_copyable<T>
 {};
 
+/// A string is a pointer that knows nothing of its own address.
 template <class CharT>
 struct IsRelocatableByBytes<VelPlatform::VelStringT<CharT>> : std::true_type
 {};
@@ -57,11 +58,13 @@ template <class T>
         } -> std::convertible_to<bool>;
 } > {};
 
-// A vector declares its comparisons for every element type; what counts is whether they compile.
+/// Vectors compare when their elements do: a vector declares its comparisons for every element type, whether they
+/// compile or not.
 template <class T, class Allocator>
 struct IsAnyEqualityComparable<std::vector<T, Allocator>> : IsAnyEqualityComparable<T>
 {};
 
+/// Vectors are ordered when their elements are.
 template <class T, class Allocator>
 struct IsAnyLessComparable<std::vector<T, Allocator>> : IsAnyLessComparable<T>
 {};
@@ -70,23 +73,26 @@ struct IsAnyLessComparable<std::vector<T, Allocator>> : IsAnyLessComparable<T>
 template <class T>
 struct AnyValueTypeOf
 {
-    using type = std::decay_t<T>;
+    using type = std::decay_t<T>; ///< What is held.
 };
 
+/// A wide zero-terminated text is held as a string.
 template <class T>
 requires std::same_as < std::decay_t<T>,
 const wchar_t* > || std::same_as<std::decay_t<T>, wchar_t*> struct AnyValueTypeOf<T>
 {
-    using type = VelPlatform::VelStringT<wchar_t>;
+    using type = VelPlatform::VelStringT<wchar_t>; ///< What is held.
 };
 
+/// A narrow zero-terminated text is held as a string.
 template <class T>
 requires std::same_as < std::decay_t<T>,
 const char* > || std::same_as<std::decay_t<T>, char*> struct AnyValueTypeOf<T>
 {
-    using type = VelPlatform::VelStringT<char>;
+    using type = VelPlatform::VelStringT<char>; ///< What is held.
 };
 
+/// The type that an `Any` made from a `T` answers to `Is` and `Get`.
 template <class T>
 using AnyValueType = typename AnyValueTypeOf<T>::type;
 
@@ -94,6 +100,7 @@ using AnyValueType = typename AnyValueTypeOf<T>::type;
 class BadAnyCast : public std::bad_cast
 {
 public:
+    /// "bad cast".
     [[nodiscard]] const char* what() const noexcept override { return "bad cast"; }
 };
 
@@ -143,6 +150,7 @@ public:
     /// The type of the held value, `null_holder_type` when empty.
     [[nodiscard]] const std::type_info& GetType() const noexcept;
 
+    /// Whether nothing is held.
     [[nodiscard]] bool IsEmpty() const noexcept { return m_onHeap && m_heap == nullptr; }
 
     /// Whether a `T` is held, exactly: a `Style*` is no `const Style*`.
@@ -190,6 +198,7 @@ public:
 
     /// The holder of the value, null when empty. Owned by this object and gone with its value.
     [[nodiscard]] HolderInterface* GetHolder() noexcept;
+    /// The holder of the value, null when empty.
     [[nodiscard]] const HolderInterface* GetHolder() const noexcept;
 
     /// Values of different types are unequal; two empty ones are equal.
@@ -232,16 +241,21 @@ public:
     virtual void Assign(const HolderInterface& other) = 0;
     /// Equality with the value of `other`, which holds the same type; false when the type has none.
     [[nodiscard]] virtual bool IsEqual(const HolderInterface& other) const = 0;
+    /// The type of the value.
     [[nodiscard]] virtual const std::type_info& GetType() const noexcept = 0;
     /// Order before the value of `other`, which holds the same type; false when the type has none.
     [[nodiscard]] virtual bool IsLess(const HolderInterface& other) const = 0;
+    /// Whether the type of the value is an enumeration.
     [[nodiscard]] virtual bool IsEnum() const noexcept = 0;
     /// The value of an enumeration, 0 for any other type.
     [[nodiscard]] virtual std::int32_t GetEnumValue() const noexcept = 0;
 
 protected:
+    /// Made with its value only.
     HolderInterface() = default;
+    /// Copied with its value only.
     HolderInterface(const HolderInterface&) = default;
+    /// Assigned with its value only.
     HolderInterface& operator=(const HolderInterface&) = default;
 };
 
@@ -250,6 +264,7 @@ template <class T>
 class Any::Holder<T, false, false> : public Any::HolderInterface
 {
 public:
+    /// Makes the value from `arguments`. \throws what its constructor throws.
     template <class... Arguments>
     explicit Holder(std::in_place_t, Arguments&&... arguments) : value(std::forward<Arguments>(arguments)...)
     {}
@@ -287,15 +302,18 @@ public:
         }
     }
 
-    T value;
+    T value; ///< The value itself.
 
 protected:
+    /// The value in `holder`, which holds a `T`.
     [[nodiscard]] static const T& ValueOf(const HolderInterface& holder)
     {
         return static_cast<const Holder<T, false, false>&>(holder).value;
     }
 };
 
+/// \cond
+// Doxygen takes this for a class that derives from itself.
 /// Holds a value of a type that compares.
 template <class T, bool EqualityComparable, bool LessComparable>
 class Any::Holder : public Any::Holder<T, false, false>
@@ -333,6 +351,7 @@ public:
         }
     }
 };
+/// \endcond
 
 inline Any::Any(const Any& source) : Any()
 {
@@ -441,6 +460,7 @@ inline Any::~Any()
     }
 }
 
+/// Values of different types are unequal; two empty ones are equal.
 inline bool operator==(const Any& a, const Any& b)
 {
     if (a.GetType() != b.GetType())

@@ -64,18 +64,28 @@ using PropertyPath = std::vector<PropertyKey>;
 
 /// \name Paths from their parts, in the order given.
 /// @{
+
+/// A path of one key: a property of the style itself.
 [[nodiscard]] STYLES_API PropertyPath MakePath(const PropertyKey& first);
+/// The property `second` of the substyle `first`.
 [[nodiscard]] STYLES_API PropertyPath MakePath(const PropertyKey& first, const PropertyKey& second);
+/// The property `third` of the substyle `second` of the substyle `first`.
 [[nodiscard]] STYLES_API PropertyPath MakePath(const PropertyKey& first, const PropertyKey& second,
                                                const PropertyKey& third);
+/// `rest`, as seen from the style that holds the substyle `first`.
 [[nodiscard]] STYLES_API PropertyPath MakePath(const PropertyKey& first, const PropertyPath& rest);
+/// The property `last` of the substyle that `start` leads to.
 [[nodiscard]] STYLES_API PropertyPath MakePath(const PropertyPath& start, const PropertyKey& last);
+/// `rest`, as seen from the style that holds the substyle that `start` leads to.
 [[nodiscard]] STYLES_API PropertyPath MakePath(const PropertyPath& start, const PropertyPath& rest);
 /// @}
 
 /// \name One path of a single key for each key, in the order of the container; duplicates stay.
 /// @{
+
+/// In the order of the keys.
 [[nodiscard]] STYLES_API std::vector<PropertyPath> MakePaths(const std::set<PropertyKey>& keys);
+/// In the order given.
 [[nodiscard]] STYLES_API std::vector<PropertyPath> MakePaths(const std::vector<PropertyKey>& keys);
 /// @}
 
@@ -88,15 +98,18 @@ using PropertyPath = std::vector<PropertyKey>;
 template <>
 struct std::less<Styles::PropertyKey>
 {
+    /// Whether the text of `a` lies at the lower address.
     bool operator()(const Styles::PropertyKey& a, const Styles::PropertyKey& b) const noexcept
     {
         return std::less<const void*>()(a.GetPooled(), b.GetPooled());
     }
 };
 
+/// Hashes the address of the pooled text, without reading it.
 template <>
 struct std::hash<Styles::PropertyKey>
 {
+    /// The same for equal keys, and another one in each run.
     std::size_t operator()(const Styles::PropertyKey& key) const noexcept
     {
         return static_cast<std::size_t>(key.getHash());

@@ -44,6 +44,7 @@ namespace Detail
 struct StyleAccess;
 }
 
+/// Own values by key, and the links through which a style inherits what it has no own value for.
 class STYLES_API Style
 {
 public:
@@ -88,10 +89,12 @@ public:
 
     /// Sets the parent, unchecked. The values stay.
     void SetParent(Style* style) noexcept { m_parent = style; }
+    /// What the style inherits from; null for none. Not owned.
     [[nodiscard]] Style* GetParent() const noexcept { return m_parent; }
 
     /// Says which style holds this one, and under which key. Called by definitions.
     void SetOwner(Style* style, const PropertyKey& ownersKey) noexcept;
+    /// The style that holds this one as a substyle; null for none. Not owned.
     [[nodiscard]] Style* GetOwner() const noexcept { return m_owner; }
     /// The key under which the owner holds this style, `PropertyKey::Empty` without owner.
     [[nodiscard]] PropertyKey GetOwnersSubstylePropertyName() const noexcept { return m_ownersSubstylePropertyName; }
@@ -110,7 +113,9 @@ public:
     void SetExternalID(const VelString& id);
     /// Sets the display name of the external identity; passed on like the identity.
     void SetExternalName(const VelString& name);
+    /// Empty for none.
     [[nodiscard]] VelString GetExternalID() const { return m_externalID; }
+    /// Empty for none.
     [[nodiscard]] VelString GetExternalName() const { return m_externalName; }
     /// Whether there is an external identity (not: name).
     [[nodiscard]] bool IsExternal() const noexcept { return !m_externalID.empty(); }
@@ -135,7 +140,10 @@ public:
     /// \name Comparing
     /// Owners take no part. A value without definition makes two styles unequal, but orders neither before the other.
     /// @{
+
+    /// Same parent, category, external identity and own values, these as their definitions compare.
     [[nodiscard]] bool operator==(const Style& other) const;
+    /// The opposite of `==`.
     [[nodiscard]] bool operator!=(const Style& other) const { return !(*this == other); }
     /// A strict weak order without meaning, for sorted containers.
     [[nodiscard]] bool operator<(const Style& other) const;
@@ -205,6 +213,7 @@ public:
     /// Sets the value at the end of a path, creating own substyles on the way. Nothing happens for an empty path, or
     /// where a key on the way is no substyle property; substyles created before that stay.
     void SetPathProperty(const PropertyPath& path, const Any& value);
+    /// As above, by the form of `SetProperty` that takes an rvalue.
     void SetPathProperty(const PropertyPath& path, Any&& value);
 
     /// Copies the own value at the end of the path from `source`, or clears it where `source` has none.
@@ -260,6 +269,7 @@ public:
 
     /// A flattened copy. The caller owns it.
     [[nodiscard]] Style* CreateFlattenedStyle() const;
+    /// As above, adding the keys of the properties that had a value to `changed`.
     [[nodiscard]] Style* CreateFlattenedStyle(std::set<PropertyKey>& changed) const;
 
     /// Whether the style inherits through its owner: it has no parent, and a style on its owner chain has one.

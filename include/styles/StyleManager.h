@@ -44,6 +44,7 @@ class STYLES_API StyleCategory
 public:
     /// Without name, properties and publicity.
     StyleCategory();
+    /// Without properties. `uiName` is shown to users, and `isPublic` says whether the category is offered to them.
     StyleCategory(const PropertyKey& name, const VelString& uiName, bool isPublic);
 
     /// Shares the definitions of `other`. Of a set of copies at most one may be emptied by the manager.
@@ -54,11 +55,13 @@ public:
     /// Deletes no definition.
     virtual ~StyleCategory();
 
+    /// The name that it is registered under, and that stands in documents.
     [[nodiscard]] PropertyKey GetCategoryName() const { return m_categoryName; }
     /// The name shown to users.
     [[nodiscard]] VelString GetCategoryUIName() const { return m_categoryUIName; }
     /// In the order of registration.
     [[nodiscard]] const std::vector<PropertyKey>& GetPropertyNames() const noexcept { return m_propertyNames; }
+    /// The definitions by name. The category owns them; one may be null.
     [[nodiscard]] const std::map<PropertyKey, BaseStyleProperty*>& GetProperties() const noexcept
     {
         return m_properties;
@@ -118,6 +121,7 @@ public:
     /// \throws std::logic_error "Source: StyleManager::GetCategory.\nMissing category: " and the name.
     [[nodiscard]] std::shared_ptr<StyleCategory> GetCategory(const PropertyKey& name) const;
 
+    /// Whether a category is registered under this name.
     [[nodiscard]] bool CategoryExists(const PropertyKey& name) const;
     /// Whether a category has exactly this name (not: UI name).
     [[nodiscard]] bool CategoryExists(const VelString& name) const;
@@ -147,10 +151,12 @@ public:
     /// The version that new sheets get; -1 until it is set. A sheet is written without the properties that are newer
     /// than its version, which below 0 are all of them: set the version at start-up.
     void SetCurrentVersion(int version) noexcept { m_currentVersion = version; }
+    /// The version that new sheets get; -1 until it is set.
     [[nodiscard]] int GetCurrentVersion() const noexcept { return m_currentVersion; }
 
     /// The import record, for hosts to fill; the manager itself does not use it.
     [[nodiscard]] WImportStyleInfo& GetImportStyleInfo() noexcept { return m_importStyleInfo; }
+    /// Empties the import record.
     void ClearImportStyleInfo() noexcept;
 
 private:

@@ -16,6 +16,7 @@
 namespace Styles
 {
 
+/// Adds, deletes and finds presets, and saves the sheet of their category after each change.
 class STYLES_API StylePresetManager
 {
 public:

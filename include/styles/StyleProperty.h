@@ -115,11 +115,13 @@ public:
     /// Makes the effective value an own value. True when there was one that is not the default.
     virtual bool FlattenProperty(Style* style, const PropertyKey& key) const;
 
+    /// Whether two values of this property are equal: by the equality of their type; values of different types are not.
     virtual bool IsEqual(const Any& a, const Any& b) const;
 
     /// Whether the reader of a style reads this property after all current ones.
     virtual bool IsDeprecated() const;
 
+    /// Whether `a` orders before `b`: by the order of their type; values of different types by the order of the types.
     virtual bool IsLess(const Any& a, const Any& b) const;
 
     /// Calls `visitor` for the styles directly inside the value until it answers false. False when it did, and for
@@ -150,12 +152,15 @@ protected:
 
     /// The copy shares the validator of `other`: of the two, only one may be destroyed.
     BaseStyleProperty(const BaseStyleProperty& other);
+    /// Shares the validator of `other`, as the copy constructor; the validator that was here is not deleted.
     BaseStyleProperty& operator=(const BaseStyleProperty& other);
 
     /// Sets the names that registration gives a definition.
     void SetName(const PropertyKey& category, const PropertyKey& name) noexcept;
 
+    /// The category that the definition is registered in, `PropertyKey::Empty` before.
     [[nodiscard]] const PropertyKey& GetCategoryName() const noexcept { return m_categoryName; }
+    /// The name that the definition is registered under, `PropertyKey::Empty` before.
     [[nodiscard]] const PropertyKey& GetPropertyName() const noexcept { return m_propertyName; }
 
 private:
@@ -174,6 +179,7 @@ namespace Detail
 /// Answers whether a value has the type that a definition was made for.
 using TypeTest = bool (*)(const Any&);
 
+/// The test for a `T`.
 template <class T>
 bool HoldsType(const Any& value)
 {
@@ -199,6 +205,7 @@ public:
 
     /// The copy shares validator and policy of `other`: of the two, only one may be destroyed.
     StyleProperty(const StyleProperty& other);
+    /// Shares validator and policy of `other`, as the copy constructor; what was here is not deleted.
     StyleProperty& operator=(const StyleProperty& other);
     ~StyleProperty() override;
 
@@ -230,6 +237,7 @@ public:
 
     /// The copy shares the validator of `other`: of the two, only one may be destroyed.
     TemporaryStyleProperty(const TemporaryStyleProperty& other);
+    /// Shares the validator of `other`, as the copy constructor; what was here is not deleted.
     TemporaryStyleProperty& operator=(const TemporaryStyleProperty& other);
     ~TemporaryStyleProperty() override;
 
@@ -260,6 +268,7 @@ public:
 
     /// The copy shares validator and default substyle of `other`: of the two, only one may be destroyed.
     StyleSetProperty(const StyleSetProperty& other);
+    /// Shares validator and default substyle of `other`, as the copy constructor; what was here is not deleted.
     StyleSetProperty& operator=(const StyleSetProperty& other);
 
     /// Deletes the default substyle.
@@ -290,7 +299,9 @@ public:
     /// that would contain itself without end is left to inheritance.
     bool FlattenProperty(Style* style, const PropertyKey& key) const override;
 
+    /// Whether the substyles are equal, as `Style::operator==`; two null ones are.
     bool IsEqual(const Any& a, const Any& b) const override;
+    /// The order of the substyles, as `Style::operator<`; null comes first.
     bool IsLess(const Any& a, const Any& b) const override;
     bool ProcessStylesInProperty(const Any& value, const Delegate<bool(Style*)>& visitor) const override;
     bool CheckType(const Any& value) const override;
@@ -314,6 +325,7 @@ public:
 
     /// The copy shares the validator of `other`: of the two, only one may be destroyed.
     StyleArrayProperty(const StyleArrayProperty& other);
+    /// Shares the validator of `other`, as the copy constructor; what was here is not deleted.
     StyleArrayProperty& operator=(const StyleArrayProperty& other);
     ~StyleArrayProperty() override;
 
@@ -337,8 +349,9 @@ public:
     /// Stores flattened copies of the elements. A list that would contain itself without end is left to inheritance.
     bool FlattenProperty(Style* style, const PropertyKey& key) const override;
 
-    /// Lists of different lengths compare equal.
+    /// Lists of different lengths compare equal; others when their elements do, one by one.
     bool IsEqual(const Any& a, const Any& b) const override;
+    /// The shorter list is less; of two of one length the first elements that differ decide.
     bool IsLess(const Any& a, const Any& b) const override;
 
     /// Calls `visitor` for every element, null ones included.

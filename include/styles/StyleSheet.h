@@ -35,12 +35,16 @@ public:
     virtual void OnStyleDuplicated(Style* style, bool reserved) = 0;
 
 protected:
+    /// For derived classes only: nobody makes, copies or destroys a context through this interface.
     IStyleSheetDuplicationContext() = default;
+    /// For derived classes only.
     IStyleSheetDuplicationContext(const IStyleSheetDuplicationContext&) = default;
+    /// For derived classes only.
     IStyleSheetDuplicationContext& operator=(const IStyleSheetDuplicationContext&) = default;
     ~IStyleSheetDuplicationContext() = default;
 };
 
+/// Styles under unique names, with a version, and perhaps an identity in an outside system.
 class STYLES_API StyleSheet
 {
 public:
@@ -98,6 +102,7 @@ public:
 
     /// The style of that name, or null.
     [[nodiscard]] Style* GetStyle(const VelString& name) const;
+    /// All styles, in the order of their names.
     [[nodiscard]] std::vector<Style*> GetStyles() const;
     /// The styles of these names, in the order given; names without a style are passed over.
     [[nodiscard]] std::vector<Style*> GetStylesByName(const std::vector<VelString>& names) const;
@@ -107,6 +112,7 @@ public:
     [[nodiscard]] VelString GetStyleName(const Style* style) const;
     /// The names of the styles of that category; `PropertyKey::Empty` for those without.
     [[nodiscard]] std::vector<VelString> GetStyleNames(const PropertyKey& category) const;
+    /// All names, in their order.
     [[nodiscard]] std::vector<VelString> GetStyleNames() const;
     /// The styles whose parent is exactly `parent`; none for null.
     [[nodiscard]] NameMap GetChildStyles(const Style* parent) const;
@@ -129,7 +135,10 @@ public:
 
     /// \name Version and identity
     /// @{
+
+    /// The version that the sheet is written for: properties that are newer are left out.
     [[nodiscard]] int GetVersion() const noexcept { return m_version; }
+    /// Sets the version; an import sets that of the document.
     void SetVersion(int version) noexcept { m_version = version; }
     /// The identity of the sheet in an outside system; empty for none.
     virtual VelString GetExternalID();
@@ -161,6 +170,7 @@ protected:
     /// Reads a document. \throws std::bad_cast for a style that is no object, and what definitions throw; then the
     /// sheet is as `Import` leaves it.
     virtual bool ImportJson(Json::Object* root, bool replace);
+    /// Sets the identity of the sheet; those of its styles stay.
     virtual void SetExternalID(const VelString& id);
 
     /// Styles by category and name.

@@ -1,5 +1,17 @@
 /// \file
 /// Everything a host of the styles engine needs.
+///
+/// \namespace Styles
+/// The engine: styles, their definitions and categories, sheets and presets.
+///
+/// \namespace VelUtils
+/// What the engine stands on: values, JSON, streams, the string pool, singletons.
+///
+/// \namespace VelPlatform
+/// Strings, and questions about the running process.
+///
+/// \namespace VelPref
+/// What hosts implement to check values and to convert them from and to text.
 #pragma once
 
 #include "Any.h"

@@ -23,9 +23,11 @@ class STYLES_API SubStyle
 public:
     /// A handle on `style` (null: an empty handle), wherever it is held now.
     explicit SubStyle(Style* style);
+    /// A handle on the same place.
     SubStyle(const SubStyle& other);
     /// Leaves `other` empty.
     SubStyle(SubStyle&& other) noexcept;
+    /// Becomes a handle on the same place.
     SubStyle& operator=(const SubStyle& other);
     ~SubStyle();
 
@@ -34,6 +36,7 @@ public:
 
     /// The style that stands at the path now, null when there is none.
     operator Style*() const;
+    /// The same, to be called through; not to be used where it is null.
     Style* operator->() const;
 
 private:
@@ -63,8 +66,8 @@ STYLES_API bool GetSubstyleProperty(const Style& style, const PropertyKey& subst
 STYLES_API Style* GetOrCreateSubstyle(Style& style, const PropertyKey& substyleKey);
 
 /// Sets a value in the own substyle under `substyleKey`, made first, of category `substyleCategory`, when there is
-/// none. Nothing happens where a substyle cannot be made. \throws std::bad_cast when the value under `substyleKey` is
-/// no substyle.
+/// none. Where none can be made, the value is set in the inherited substyle, and nothing happens without that.
+/// \throws std::bad_cast when the value under `substyleKey` is no substyle.
 STYLES_API void SetSubstyleProperty(Style& style, const PropertyKey& substyleCategory, const PropertyKey& substyleKey,
                                     const PropertyKey& propertyKey, const Any& value);
 

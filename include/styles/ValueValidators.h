@@ -19,6 +19,7 @@ template <class T>
 class RangeValidator final : public VelPref::Validator
 {
 public:
+    /// A range without values, `highest` below `lowest`, accepts nothing.
     RangeValidator(T lowest, T highest) : m_lowest(std::move(lowest)), m_highest(std::move(highest)) {}
 
     bool Validate(VelUtils::Any& value, const VelUtils::Any& /*defaultValue*/) const override
@@ -37,6 +38,7 @@ template <class T>
 class ChoiceValidator final : public VelPref::Validator
 {
 public:
+    /// An empty list accepts nothing.
     explicit ChoiceValidator(std::vector<T> choices) : m_choices(std::move(choices)) {}
 
     bool Validate(VelUtils::Any& value, const VelUtils::Any& /*defaultValue*/) const override

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// Questions about the modules (programs, shared libraries) of the running process.
 
 #include "VelPlatform/VelApi.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// The string that everything is named with: one pointer wide, its text shared between copies and copied only when
 /// one of them changes. Copies may be used from different threads; one object belongs to one thread at a time.
 
@@ -23,8 +24,8 @@ namespace VelPlatform
 /// How Compare() looks at letters.
 enum class CaseMode
 {
-    Sensitive,
-    Insensitive
+    Sensitive,  ///< as they are
+    Insensitive ///< as VelStringT::CompareNoCase() does
 };
 
 /// A text of any length; zeros inside count like any other character. An empty string owns no memory. An object may
@@ -35,15 +36,19 @@ template <class CharT>
 class VEL_VISIBLE VelStringT
 {
 public:
-    using value_type = CharT;
-    using size_type = std::size_t;
-    using difference_type = std::ptrdiff_t;
-    using const_iterator = const CharT*;
-    using View = VelStringViewT<CharT>;
+    using value_type = CharT;               ///< A code unit.
+    using size_type = std::size_t;          ///< Counts code units.
+    using difference_type = std::ptrdiff_t; ///< Between two places in a text.
+    using const_iterator = const CharT*;    ///< Good until the object changes or dies.
+    using View = VelStringViewT<CharT>;     ///< What a text is looked at through.
 
+    /// The empty text.
     constexpr VelStringT() noexcept = default;
+    /// A copy of the text before the first zero.
     VelStringT(const CharT* zeroTerminated) : VelStringT(Detail::ViewOf(zeroTerminated)) {}
+    /// A copy of `size` units, which may be zeros.
     VelStringT(const CharT* text, std::size_t size) : VelStringT(text ? View(text, size) : View()) {}
+    /// A copy of the text that is looked at.
     explicit VelStringT(View text) : m_text(text.empty() ? nullptr : Allocate(text.size()))
     {
         if (m_text)
@@ -53,6 +58,7 @@ public:
         }
     }
 
+    /// Shares the text of `other`; needs no memory.
     VelStringT(const VelStringT& other) noexcept : m_text(other.m_text)
     {
         if (m_text)
@@ -60,15 +66,18 @@ public:
             Header()->references.fetch_add(1, std::memory_order_relaxed);
         }
     }
+    /// Takes the text of `other`, which is empty then.
     VelStringT(VelStringT&& other) noexcept : m_text(std::exchange(other.m_text, nullptr)) {}
     ~VelStringT() { Release(); }
 
+    /// Shares the text of `other`; needs no memory.
     VelStringT& operator=(const VelStringT& other) noexcept
     {
         VelStringT copy(other);
         swap(copy);
         return *this;
     }
+    /// Takes the text of `other`, which is empty then.
     VelStringT& operator=(VelStringT&& other) noexcept
     {
         VelStringT taken(std::move(other));
@@ -76,17 +85,22 @@ public:
         return *this;
     }
 
+    /// A view of the text, good until this object changes or dies.
     operator View() const noexcept { return m_text ? View(m_text, Header()->size) : View(c_str(), 0); }
 
     /// Ends in a zero; good until this object changes or dies.
     const CharT* c_str() const noexcept { return m_text ? m_text : &Detail::EmptyText<CharT>::zero; }
+    /// The same as c_str().
     const CharT* data() const noexcept { return c_str(); }
     /// In code units.
     std::size_t size() const noexcept { return m_text ? Header()->size : 0; }
+    /// Whether the text has no units.
     bool empty() const noexcept { return size() == 0; }
     /// `index` may be size(), where the closing zero stands.
     const CharT& operator[](std::size_t index) const noexcept { return c_str()[index]; }
+    /// The first unit.
     const CharT* begin() const noexcept { return c_str(); }
+    /// Behind the last unit.
     const CharT* end() const noexcept { return c_str() + size(); }
 
     /// How many units the text may have before it must be copied to a larger place.
@@ -99,6 +113,7 @@ public:
             Reallocate(capacity > size() ? capacity : size());
         }
     }
+    /// Makes the text empty and lets go of its memory.
     void clear() noexcept
     {
         Release();
@@ -120,16 +135,23 @@ public:
             *this = VelStringT(m_text, size);
         }
     }
+    /// Appends one unit.
     void push_back(CharT unit) { append(&unit, 1); }
+    /// Appends `size` units.
     VelStringT& append(const CharT* text, std::size_t size);
+    /// Exchanges the two texts.
     void swap(VelStringT& other) noexcept { std::swap(m_text, other.m_text); }
 
+    /// Appends a text; to an empty one by sharing.
     VelStringT& operator+=(const VelStringT& other)
     {
         return empty() && !IsUnique() ? *this = other : append(other.c_str(), other.size());
     }
+    /// Appends a text.
     VelStringT& operator+=(View other) { return append(other.data(), other.size()); }
+    /// Appends a zero-terminated text.
     VelStringT& operator+=(const CharT* other) { return *this += Detail::ViewOf(other); }
+    /// Appends one unit.
     VelStringT& operator+=(CharT unit) { return append(&unit, 1); }
 
     /// Below, equal to or above zero. The sensitive mode orders by unsigned code unit.
@@ -169,52 +191,64 @@ public:
         return made;
     }
 
+    /// The two texts, one behind the other.
     friend VelStringT operator+(VelStringT left, const VelStringT& right)
     {
         left += right;
         return left;
     }
+    /// The two texts, one behind the other.
     friend VelStringT operator+(VelStringT left, View right)
     {
         left += right;
         return left;
     }
+    /// The two texts, one behind the other.
     friend VelStringT operator+(VelStringT left, const CharT* right)
     {
         left += right;
         return left;
     }
+    /// The text with one more unit.
     friend VelStringT operator+(VelStringT left, CharT right)
     {
         left += right;
         return left;
     }
+    /// The two texts, one behind the other.
     friend VelStringT operator+(View left, const VelStringT& right) { return Join(left, right); }
+    /// The two texts, one behind the other.
     friend VelStringT operator+(const CharT* left, const VelStringT& right)
     {
         return Join(Detail::ViewOf(left), right);
     }
 
+    /// Whether the texts are the same, unit by unit.
     friend bool operator==(const VelStringT& left, const VelStringT& right) noexcept
     {
         return left.m_text == right.m_text || Detail::SameUnits<CharT>(left, right);
     }
+    /// Whether the texts are the same, unit by unit.
     friend bool operator==(const VelStringT& left, View right) noexcept
     {
         return Detail::SameUnits<CharT>(left, right);
     }
+    /// Whether the texts are the same, unit by unit.
     friend bool operator==(const VelStringT& left, const CharT* right) noexcept
     {
         return Detail::SameUnits<CharT>(left, Detail::ViewOf(right));
     }
+    /// The order by unsigned code unit.
     friend std::strong_ordering operator<=>(const VelStringT& left, const VelStringT& right) noexcept
     {
         return left.Compare(right) <=> 0;
     }
+    /// The order by unsigned code unit.
     friend std::strong_ordering operator<=>(const VelStringT& left, View right) noexcept
     {
         return left.Compare(right) <=> 0;
     }
+    /// The order by unsigned code unit.
     friend std::strong_ordering operator<=>(const VelStringT& left, const CharT* right) noexcept
     {
         return left.Compare(Detail::ViewOf(right)) <=> 0;
@@ -330,10 +364,10 @@ VelStringT<CharT>& VelStringT<CharT>::Trim()
     return *this;
 }
 
-using VelString = VelStringT<wchar_t>;
-using VelStringA = VelStringT<char>;
-using VelStringView = VelStringViewT<wchar_t>;
-using VelStringViewA = VelStringViewT<char>;
+using VelString = VelStringT<wchar_t>;         ///< The text of names and documents: UTF-32, on Windows UTF-16.
+using VelStringA = VelStringT<char>;           ///< UTF-8, where characters matter.
+using VelStringView = VelStringViewT<wchar_t>; ///< A view of a wide text.
+using VelStringViewA = VelStringViewT<char>;   ///< A view of a narrow text.
 
 static_assert(sizeof(VelString) == sizeof(void*) && std::is_standard_layout_v<VelString>,
               "a string is one pointer and may be moved by copying its bytes");
@@ -350,9 +384,11 @@ VEL_API bool TryToNarrow(VelStringView wide, VelStringA& utf8);
 
 } // namespace VelPlatform
 
+/// Hashes the text, so that a string and a view of it have one hash.
 template <class CharT>
 struct std::hash<VelPlatform::VelStringT<CharT>>
 {
+    /// The same for equal texts.
     std::size_t operator()(const VelPlatform::VelStringT<CharT>& text) const noexcept
     {
         return std::hash<VelPlatform::VelStringViewT<CharT>>()(text);

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// What VelStringT is made of; no part of its interface.
 
 #include "VelPlatform/VelApi.h"
@@ -16,9 +17,11 @@
 namespace VelPlatform
 {
 
+/// A view of characters that somebody else owns.
 template <class CharT>
 using VelStringViewT = std::basic_string_view<CharT>;
 
+/// Declared here for what it is made of; see VelPlatform/String.h.
 template <class CharT>
 class VEL_VISIBLE VelStringT;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// Writes strings to streams of the standard library, as UTF-8.
 
 #include "VelPlatform/String.h"

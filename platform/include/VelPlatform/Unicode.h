@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// The code points in a text of any unit width: 8 bits are UTF-8, 16 bits UTF-16, 32 bits UTF-32. Everything is the
 /// same on every system and in every locale; the sign of a unit's type never matters.
 
@@ -15,6 +16,7 @@ namespace VelPlatform::Unicode
 
 /// What stands for a malformed sequence in converted text.
 inline constexpr char32_t kReplacement = 0xFFFD;
+/// The highest code point there is.
 inline constexpr char32_t kLastCodePoint = 0x10FFFF;
 
 /// What was found at the beginning of a text.
@@ -22,7 +24,7 @@ struct Decoded
 {
     char32_t value = 0;     ///< The code point; of a malformed sequence its first unit.
     std::size_t length = 0; ///< Units taken, at least one. Of malformed UTF-8: the maximal subpart.
-    bool valid = false;
+    bool valid = false;     ///< Whether `value` is a code point that may stand there.
 };
 
 /// The unit as an unsigned number.
@@ -32,6 +34,7 @@ constexpr char32_t ToUnit(Unit unit) noexcept
     return static_cast<char32_t>(static_cast<std::make_unsigned_t<Unit>>(unit));
 }
 
+/// Whether `c` is half of a surrogate pair.
 constexpr bool IsSurrogate(char32_t c) noexcept
 {
     return c >= 0xD800 && c <= 0xDFFF;

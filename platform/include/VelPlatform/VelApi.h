@@ -1,10 +1,19 @@
 #pragma once
 
-/// Marks what the platform library exports: VEL_API for functions, objects and classes that are compiled into the
-/// library, VEL_VISIBLE for class templates that live wholly in their header, so that every module of a process
-/// means the same type, and VEL_HIDDEN for what every module has for itself even so: an exported variable of a template
-/// would keep its module from ever being unloaded. A static library defines VEL_STATIC; the library itself is compiled
-/// with VEL_BUILDING.
+/// @file
+/// Marks what the platform library exports. A static library defines VEL_STATIC; the library itself is compiled with
+/// VEL_BUILDING.
+
+/// @def VEL_API
+/// For functions, objects and classes that are compiled into the library.
+
+/// @def VEL_VISIBLE
+/// For class templates that live wholly in their header, so that every module of a process means the same type.
+
+/// @def VEL_HIDDEN
+/// For what every module has for itself even so: an exported variable of a template would keep its module from ever
+/// being unloaded.
+
 #if defined(VEL_STATIC)
 #    define VEL_API
 #elif defined(_WIN32)

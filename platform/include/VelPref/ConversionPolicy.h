@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// How a value becomes text and text a value, and the exception for text that is none.
 
 #include "VelPlatform/String.h"
@@ -20,12 +21,17 @@ namespace VelPref::Detail
 class VEL_API BadConversion : public std::exception
 {
 public:
+    /// With a text that says no more than that.
     BadConversion();
+    /// With a text of the policy's own.
     explicit BadConversion(const std::string& what);
+    /// Shares the text.
     BadConversion(const BadConversion&) noexcept;
+    /// Shares the text.
     BadConversion& operator=(const BadConversion&) noexcept;
     ~BadConversion() override;
 
+    /// The text; good as long as a copy of this exception is.
     const char* what() const noexcept override;
 
 private:

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// The host's check of a value before it is stored.
 
 #include "VelPlatform/VelApi.h"
@@ -12,6 +13,7 @@ class Any;
 namespace VelPref
 {
 
+/// A check that a host writes. It is owned by the definition that it is given to, and keeps nothing between the calls.
 class VEL_API Validator
 {
 public:

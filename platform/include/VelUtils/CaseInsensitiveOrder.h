@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// The order of texts without regard to case, for containers.
 
 #include "VelPlatform/String.h"
@@ -11,8 +12,9 @@ namespace VelUtils::String
 /// literals as well.
 struct LessThanCaseInsensitive
 {
-    using is_transparent = void;
+    using is_transparent = void; ///< Tells containers that they may be searched with views.
 
+    /// Whether `left` comes before `right`.
     bool operator()(VelPlatform::VelStringView left, VelPlatform::VelStringView right) const noexcept
     {
         return VelPlatform::Detail::CompareFolded(left, right) < 0;

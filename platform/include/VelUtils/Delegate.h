@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// Two wrappers for callables with the signature R(Arguments...): Delegate refers to one for the time of a call,
 /// basic_safe_function owns one and may be empty.
 
@@ -57,6 +58,7 @@ bool IsNothing(const Callable& callable)
 
 } // namespace Detail
 
+/// Refers to a callable with this signature.
 template <class Signature>
 class Delegate;
 
@@ -67,6 +69,7 @@ template <class R, class... Arguments>
 class Delegate<R(Arguments...)>
 {
 public:
+    /// Refers to the callable; a function pointer is kept itself. A result that R has no use for is dropped.
     template <class Callable>
     requires(!std::is_same_v<std::remove_cvref_t<Callable>, Delegate> &&
              std::is_invocable_r_v<R, std::remove_reference_t<Callable>&, Arguments...>) Delegate(Callable&& callable)
@@ -110,6 +113,7 @@ private:
     R (*m_invoke)(TargetPointer, Arguments...);
 };
 
+/// Owns a callable with this signature, or nothing.
 template <class Signature>
 class basic_safe_function;
 
@@ -118,7 +122,9 @@ template <class R, class... Arguments>
 class basic_safe_function<R(Arguments...)>
 {
 public:
+    /// Empty.
     basic_safe_function() noexcept = default;
+    /// Empty.
     basic_safe_function(std::nullptr_t) noexcept {}
 
     /// Takes the callable over; one that is empty itself (a null function pointer, an empty std::function) makes an
@@ -134,14 +140,19 @@ public:
         }
     }
 
+    /// Copies the callable. Throws what copying it throws, or std::bad_alloc.
     basic_safe_function(const basic_safe_function& other) : m_target(other ? other.m_target->Clone() : nullptr) {}
+    /// Takes the callable of `other`, which is empty then.
     basic_safe_function(basic_safe_function&& other) noexcept = default;
     /// Throws what copying the callable throws; the function is as it was then.
     basic_safe_function& operator=(const basic_safe_function& other) { return *this = basic_safe_function(other); }
+    /// Takes the callable of `other`, which is empty then.
     basic_safe_function& operator=(basic_safe_function&& other) noexcept = default;
     ~basic_safe_function() = default;
 
+    /// Whether there is a callable.
     explicit operator bool() const noexcept { return m_target != nullptr; }
+    /// Calls the callable; what it throws passes through. Throws std::bad_function_call when there is none.
     R operator()(Arguments... arguments) const
     {
         if (m_target == nullptr)

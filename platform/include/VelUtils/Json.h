@@ -47,18 +47,24 @@ enum class NullType
 class VEL_API Array
 {
 public:
+    /// Without values.
     Array() noexcept;
+    /// Copies everything in it. Throws std::bad_alloc.
     Array(const Array& other);
+    /// Takes the values of `other`, which is empty then.
     Array(Array&& other) noexcept;
     ~Array();
     /// When the copy throws, this array is as it was.
     Array& operator=(const Array& other);
+    /// Takes the values of `other`, which is empty then.
     Array& operator=(Array&& other) noexcept;
 
+    /// The number of values.
     std::size_t GetSize() const noexcept;
 
     /// The value at a place, owned by the array; null behind the end.
     const Variant* GetValue(std::size_t index) const noexcept;
+    /// The same, to be changed.
     Variant* GetValue(std::size_t index) noexcept;
 
     /// Appends a value. When this throws (std::bad_alloc), the array is as it was.
@@ -80,14 +86,19 @@ private:
 class VEL_API Object
 {
 public:
+    /// Without members.
     Object() noexcept;
+    /// Copies everything in it. Throws std::bad_alloc.
     Object(const Object& other);
+    /// Takes the members of `other`, which is empty then.
     Object(Object&& other) noexcept;
     ~Object();
     /// When the copy throws, this object is as it was.
     Object& operator=(const Object& other);
+    /// Takes the members of `other`, which is empty then.
     Object& operator=(Object&& other) noexcept;
 
+    /// The number of members.
     std::size_t GetSize() const noexcept;
 
     /// The name of the member at a place. Like operator[] of a vector, it does not check: the place must be below
@@ -96,10 +107,12 @@ public:
 
     /// The value of the member at a place, owned by the object; null behind the end.
     const Variant* GetValue(std::size_t index) const noexcept;
+    /// The same, to be changed.
     Variant* GetValue(std::size_t index) noexcept;
 
     /// The value of the member of this name (case counts), owned by the object; null when there is none.
     const Variant* GetValue(const VelString& name) const noexcept;
+    /// The same, to be changed.
     Variant* GetValue(const VelString& name) noexcept;
 
     /// Adds a member behind the others. A name that is there already gives false, and the object keeps the value that
@@ -146,6 +159,7 @@ public:
     /// Null.
     Variant() noexcept = default;
 
+    /// Holds this value. Throws what copying it throws.
     template <class T>
     requires ValueType<std::remove_cvref_t<T>> Variant(T&& value)
     noexcept(std::is_nothrow_constructible_v<std::remove_cvref_t<T>, T>)
@@ -191,6 +205,7 @@ public:
         return std::get_if<T>(&m_held);
     }
 
+    /// Whether both hold equal values of the same type.
     friend bool operator==(const Variant& left, const Variant& right) noexcept { return left.m_held == right.m_held; }
 
 private:
@@ -220,8 +235,10 @@ VEL_API bool Parse(const VelString& text, Variant& value, VelString& errorText);
 /// integers without. What JSON cannot express is replaced: NaN and infinities by null, a surrogate without its other
 /// half and malformed UTF-8 by U+FFFD.
 ///
+/// @param value    the value, which is left as it is
 /// @param compact  true: without any white space; false: a member or an element per line, a blank deeper for each
 ///                 container
+/// @return the text. Throws std::bad_alloc.
 VEL_API VelString ValueToString(const Variant& value, bool compact);
 
 } // namespace VelUtils::Json

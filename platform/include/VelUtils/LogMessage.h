@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// The library's one way of telling the host something that is not a failure. Silent unless the host listens.
 
 #include "VelPlatform/String.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// A view of elements, usually pointers, that knows whether they are sorted by address, so that asking for one of
 /// them can be a binary search.
 
@@ -30,10 +31,11 @@ template <class T>
 class maybe_sorted_span
 {
 public:
-    using element_type = T;
-    using value_type = std::remove_cv_t<T>;
-    using iterator = T*;
+    using element_type = T;                 ///< An element as it is seen, perhaps const.
+    using value_type = std::remove_cv_t<T>; ///< A copy of an element.
+    using iterator = T*;                    ///< Good as long as the elements are.
 
+    /// No elements.
     constexpr maybe_sorted_span() noexcept = default;
 
     /// From a span or anything that becomes one. `sorted` promises that the elements are in the order of std::less;
@@ -52,11 +54,17 @@ public:
         : m_elements(std::span<U>(other.data(), other.size())), m_sorted(other.is_sorted())
     {}
 
+    /// The first element.
     constexpr T* begin() const noexcept { return data(); }
+    /// Behind the last element.
     constexpr T* end() const noexcept { return data() + size(); }
+    /// The first element; of none, null or anything.
     constexpr T* data() const noexcept { return m_elements.data(); }
+    /// The number of elements.
     constexpr std::size_t size() const noexcept { return m_elements.size(); }
+    /// Whether there are no elements.
     constexpr bool empty() const noexcept { return m_elements.empty(); }
+    /// What was promised of the order.
     constexpr bool is_sorted() const noexcept { return m_sorted; }
 
     /// Whether an element equals `wanted`: a binary search when sorted, else a look at one after the other.
@@ -71,6 +79,7 @@ public:
         return element != end() && *element == wanted;
     }
 
+    /// Whether an element is null.
     constexpr bool contains(std::nullptr_t) const requires std::is_pointer_v<value_type>
     {
         return contains(value_type());

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// File paths as texts; nothing here looks at the disk.
 
 #include "VelPlatform/String.h"

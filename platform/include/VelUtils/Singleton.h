@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// Process-wide single objects: however many modules (programs, shared libraries) carry the code of
 /// `Singleton<T, N>`, all of them reach one instance, through a table that this library keeps.
 
@@ -33,6 +34,7 @@ private:
 class WriteLock
 {
 public:
+    /// Waits until nobody else holds the lock, which must outlive this object.
     explicit WriteLock(ThreadLock& lock) : m_guard(lock.m_mutex) {}
 
 private:
@@ -42,9 +44,9 @@ private:
 /// What the process knows of one singleton. Knows nothing of the type's code, so it outlives the module that made it.
 struct SingletonRecord
 {
-    std::atomic<void*> instance{nullptr};
-    std::atomic<bool> finished{false}; ///< Released for good; the making of another instance takes it back.
-    ThreadLock lock;                   ///< Held while the instance is made or deleted.
+    std::atomic<void*> instance{nullptr}; ///< Null while there is none.
+    std::atomic<bool> finished{false};    ///< Released for good; the making of another instance takes it back.
+    ThreadLock lock;                      ///< Held while the instance is made or deleted.
 };
 
 /// The table of all singletons of the process. Safe from any thread; it is never destroyed, so it serves to the very
@@ -52,6 +54,7 @@ struct SingletonRecord
 class VEL_API SingletonLibrary
 {
 public:
+    /// What a module is told by: it is to forget its record.
     using ResetCallback = basic_safe_function<void()>;
 
     /// The record of the type, or null when there is none and `create` is false; otherwise `makeRecord` makes it and
@@ -110,7 +113,9 @@ public:
     /// Deletes the instance, if there is one. References to it end. `final` marks the record as finished.
     static void ReleaseInstance(bool final);
 
+    /// A new `T`, which the caller owns; the instance stays as it is. Used by GetInstance().
     static T* CreateInstance();
+    /// Deletes what CreateInstance() made; null is nothing.
     static void DeleteInstance(T* instance);
 
     /// The record that the process keeps; null when there is none and `create` is false.

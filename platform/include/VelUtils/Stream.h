@@ -44,10 +44,14 @@ public:
     Stream() noexcept;
     /// A stream on a device, which it owns; on nothing when the device is null.
     explicit Stream(std::unique_ptr<Device> device);
+    /// Another handle on the same stream.
     Stream(const Stream& other) noexcept;
+    /// Takes the handle; `other` is one on nothing then.
     Stream(Stream&& other) noexcept;
     ~Stream();
+    /// Lets the own stream go and becomes another handle on that of `other`.
     Stream& operator=(const Stream& other) noexcept;
+    /// Lets the own stream go and takes the handle; `other` is one on nothing then.
     Stream& operator=(Stream&& other) noexcept;
 
     /// Whether there is an open stream that has not failed.

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// A pool that keeps one copy of every text, and the handle on a pooled text: one pointer, compared by identity.
 
 #include "VelPlatform/String.h"
@@ -55,6 +56,7 @@ public:
     /// Puts the text into the pool if it is not there. Throws std::bad_alloc.
     explicit PooledString(const VelPlatform::VelStringT<wchar_t>& text) : m_text(PoolTag::Get().AddString(text)) {}
 
+    /// The text, shared with the pool.
     VelPlatform::VelStringT<wchar_t> ToString() const noexcept { return *m_text; }
     /// The pool's own copy.
     const VelPlatform::VelString& GetText() const noexcept { return *m_text; }
@@ -73,6 +75,7 @@ public:
         return hash;
     }
 
+    /// Whether the texts are the same: whether their addresses are.
     friend bool operator==(const PooledString& left, const PooledString& right) noexcept
     {
         return left.m_text == right.m_text;

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// Small operations on texts: splitting, numbering names, keeping and removing characters, ordering without case.
 
 #include "VelPlatform/String.h"

@@ -29,6 +29,7 @@ public:
 class VEL_API TextStreamReader
 {
 public:
+    /// Reads what is ahead in `stream`, which other handles may go on using.
     TextStreamReader(Stream stream, TextStream::Encoding encoding);
 
     /// All the text from here to the end, without the one byte-order mark that may lead it. Empty, and Failed() then,
@@ -48,7 +49,7 @@ private:
 class VEL_API TextStreamWriter
 {
 public:
-    /// @param byteOrderMark  whether a byte-order mark goes before the first text
+    /// Writes to `stream`; with `byteOrderMark`, a byte-order mark goes before the first text.
     TextStreamWriter(Stream stream, TextStream::Encoding encoding, bool byteOrderMark);
 
     /// Appends a text. False when it has characters that the encoding lacks (half a surrogate pair, which no encoding
