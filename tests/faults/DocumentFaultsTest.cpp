@@ -233,6 +233,49 @@ Op Copying()
     return operation;
 }
 
+/// The styles of the other sheet belong to nobody when it is done, and to that sheet before.
+void MergeOther(W& w, bool replace)
+{
+    std::vector<Style*> theirs = w.other->GetStyles();
+    w.sheet.MergeIn(*w.other, replace);
+    w.abandoned.insert(w.abandoned.end(), theirs.begin(), theirs.end());
+}
+
+Op Merging(const char* name, bool replace)
+{
+    Op operation;
+    operation.name = name;
+    operation.act = [replace](W& w) { MergeOther(w, replace); };
+    operation.whenMemoryEnds = Promise::Stepwise;
+    operation.whenDefinitionsThrow = Promise::ThrowsNothing;
+    operation.whenDestroyingThrows = Promise::ThrowsNothing;
+    operation.prepare = [](W& w) {
+        MakeOther(w);
+        w.abandoned.reserve(2);
+    };
+    operation.alsoHolds = [](W& w, const Picture&, const Expectation&) {
+        EXPECT_EQ(w.sheet.GetStyles().size(), 6u);
+        EXPECT_EQ(w.other->GetStyles().empty(), !w.abandoned.empty());
+    };
+    return operation;
+}
+
+Op DestroyASheet()
+{
+    Op operation;
+    operation.name = "Destroy";
+    operation.act = [](W& w) { w.other.reset(); };
+    operation.whenMemoryEnds = Promise::ThrowsNothing;
+    operation.whenDefinitionsThrow = Promise::ThrowsNothing;
+    operation.whenDestroyingThrows = Promise::ThrowsNothing;
+    operation.prepare = MakeOther;
+    return operation;
+}
+
+INSTANTIATE_TEST_SUITE_P(Together, DocumentFaults,
+                         testing::Values(Merging("MergeIn", false), Merging("MergeInReplacing", true), DestroyASheet()),
+                         OperationName());
+
 INSTANTIATE_TEST_SUITE_P(Reading, DocumentFaults,
                          testing::Values(Reading("ImportInPlaceOfAll", ReplaceAll, Promise::AsChecked, OldOrReadInPart),
                                          Reading("ImportJsonInPlaceOfAll", ReplaceAllFromJson, Promise::AsChecked,
