@@ -77,8 +77,14 @@ function(styles_set_up_test_target target)
     STYLES_SOURCE_FOLDER="${PROJECT_SOURCE_DIR}"
     STYLES_TEST_DATA="${STYLES_TEST_DATA}"
     STYLES_TEST_MODULES="${CMAKE_CURRENT_BINARY_DIR}/modules"
-    STYLES_TEST_PROGRAMS="${CMAKE_CURRENT_BINARY_DIR}/programs")
+    STYLES_TEST_PROGRAMS="${STYLES_TEST_PROGRAMS}")
 endfunction()
+
+# Where programs are put for tests that start them: on Windows beside the libraries that they load.
+set(STYLES_TEST_PROGRAMS ${CMAKE_CURRENT_BINARY_DIR}/programs)
+if(WIN32 AND CMAKE_RUNTIME_OUTPUT_DIRECTORY)
+  set(STYLES_TEST_PROGRAMS ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+endif()
 
 # Builds the modules and programs of a folder, before the test program that loads or starts them.
 function(styles_add_test_helpers program folder libraries)
@@ -102,7 +108,7 @@ function(styles_add_test_helpers program folder libraries)
     styles_set_up_test_target(${folder}_${name})
     set_target_properties(${folder}_${name} PROPERTIES
       OUTPUT_NAME ${name}
-      RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/programs)
+      RUNTIME_OUTPUT_DIRECTORY ${STYLES_TEST_PROGRAMS})
     add_dependencies(${program} ${folder}_${name})
   endforeach()
 endfunction()

@@ -1,0 +1,37 @@
+# Builds for 64-bit Windows on Debian, with mingw-w64 (package g++-mingw-w64-x86-64-posix). What was built runs under
+# Wine (package wine64), which ctest uses by itself.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+
+set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix) # GoogleTest asks for one
+set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
+
+# Libraries are those of the target, programs those of this machine.
+set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+
+# The JSON library is headers only, so this machine's package serves; but its include folder, /usr/include, must not be
+# searched for anything else. Links to the two folders of the package make a prefix of its own.
+get_property(is_trial GLOBAL PROPERTY IN_TRY_COMPILE)
+if(NOT is_trial)
+  set(prefix ${CMAKE_BINARY_DIR}/packages)
+  file(MAKE_DIRECTORY ${prefix}/share/cmake ${prefix}/include)
+  foreach(folder IN ITEMS share/cmake/nlohmann_json include/nlohmann)
+    file(CREATE_LINK /usr/${folder} ${prefix}/${folder} SYMBOLIC)
+  endforeach()
+  set(nlohmann_json_DIR ${prefix}/share/cmake/nlohmann_json CACHE PATH "The JSON library's package, headers only")
+endif()
+
+# The compiler's runtime goes into every program and every shared library, so that none has to be found when they start.
+set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
+set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
+set(CMAKE_MODULE_LINKER_FLAGS_INIT -static)
+
+find_program(STYLES_WINE NAMES wine64 PATHS /usr/lib/wine NO_CMAKE_FIND_ROOT_PATH)
+if(STYLES_WINE)
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${STYLES_WINE})
+endif()
