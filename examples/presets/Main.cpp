@@ -149,20 +149,9 @@ bool MakesSense(const std::vector<VelString>& arguments)
                           (arguments[1] == L"add" && count >= 3) || (arguments[1] == L"delete" && count == 3));
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+/// Does what the arguments say, and gives the status of the program.
+int RunProgram(const std::vector<VelString>& arguments)
 {
-    std::vector<VelString> arguments;
-    for (int index = 1; index < argc; ++index)
-    {
-        arguments.emplace_back();
-        if (!VelPlatform::TryToWide(argv[index], arguments.back()))
-        {
-            std::cerr << "Argument " << index << " is no UTF-8.\n";
-            return 2;
-        }
-    }
     if (!MakesSense(arguments))
     {
         std::cerr << "usage: styles-presets FOLDER list | show NAME | add NAME [PROPERTY=VALUE]... | delete NAME\n";
@@ -182,3 +171,36 @@ int main(int argc, char** argv)
     }
     return done ? 0 : 1;
 }
+
+} // namespace
+
+#ifdef _WIN32
+
+#    include <fcntl.h>
+#    include <io.h>
+#    include <stdio.h>
+
+int wmain(int count, wchar_t** arguments)
+{
+    _setmode(_fileno(stdout), _O_BINARY); // the answers are the same bytes on every system
+    return RunProgram({arguments + (count > 0 ? 1 : 0), arguments + count});
+}
+
+#else
+
+int main(int argc, char** argv)
+{
+    std::vector<VelString> arguments;
+    for (int index = 1; index < argc; ++index)
+    {
+        arguments.emplace_back();
+        if (!VelPlatform::TryToWide(argv[index], arguments.back()))
+        {
+            std::cerr << "Argument " << index << " is no UTF-8.\n";
+            return 2;
+        }
+    }
+    return RunProgram(arguments);
+}
+
+#endif

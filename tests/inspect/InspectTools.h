@@ -71,10 +71,10 @@ protected:
     void Write(const std::string& name, std::string_view bytes) { Support::WriteBytes(m_folder / name, bytes); }
     std::string Read(const std::string& name) { return Support::BytesOf(m_folder / name); }
 
-    /// Runs the program with exactly these arguments; `redirection` is handed to the shell behind them.
-    Answer RunBare(const std::vector<std::string>& arguments, const std::string& redirection = "")
+    /// Runs the program with exactly these arguments.
+    Answer RunBare(const std::vector<std::string>& arguments, Support::Output output = Support::Output::Kept)
     {
-        return Support::RunProgram(STYLES_INSPECT_PROGRAM, m_folder.GetPath(), arguments, redirection);
+        return Support::RunProgram(STYLES_INSPECT_PROGRAM, m_folder.GetPath(), arguments, output);
     }
 
     /// Runs a command on sheet.json under schema.json.

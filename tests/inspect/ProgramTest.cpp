@@ -407,7 +407,7 @@ TEST_F(Program, HelpAndVersionNeedNoFiles)
 
 TEST_F(Program, AnAnswerThatCannotBeWrittenIsAFailure)
 {
-    const Answer answer = RunBare({"--schema", "schema.json", "sheet.json", "list"}, ">/dev/full");
+    const Answer answer = RunBare({"--schema", "schema.json", "sheet.json", "list"}, Support::Output::Refused);
     EXPECT_EQ(answer.status, 1);
     EXPECT_EQ(answer.err, "styles-inspect: the answer cannot be written\n");
 }

@@ -1,14 +1,14 @@
 #include <styles/StyleManager.h>
 
-#include "support/ChildProcess.h"
+#include "support/ProgramRun.h"
 #include "support/RegistryFixture.h"
 
 #include <VelUtils/LogMessage.h>
 
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -226,37 +226,33 @@ TEST_F(StyleCategory, AMissWithoutAListenerIsSilent)
     EXPECT_EQ(Category(A, VelString(), true).GetStyleProperty(B), nullptr);
 }
 
-#if !defined(_WIN32)
-
 namespace
 {
 
 /// What a process of its own reports that does these things, see programs/MissingDefinition.cpp.
-int ReportsOf(const std::string& steps)
+int ReportsOf(const std::vector<std::string>& steps)
 {
-    const int status = std::system((STYLES_TEST_PROGRAMS "/MissingDefinition " + steps).c_str());
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    const Support::TemporaryFolder folder;
+    return Support::RunProgram(STYLES_TEST_PROGRAMS "/MissingDefinition", folder.GetPath(), steps).status;
 }
 
 } // namespace
 
 TEST_F(StyleCategory, AMissIsReportedWithoutTheMarkerModule)
 {
-    EXPECT_EQ(ReportsOf("miss"), 1);
-    EXPECT_EQ(ReportsOf("miss miss miss"), 3);
+    EXPECT_EQ(ReportsOf({"miss"}), 1);
+    EXPECT_EQ(ReportsOf({"miss", "miss", "miss"}), 3);
 }
 
 TEST_F(StyleCategory, AMissIsNotReportedWithTheMarkerModule)
 {
-    EXPECT_EQ(ReportsOf("load miss"), 0);
-    EXPECT_EQ(ReportsOf("load miss miss"), 0);
+    EXPECT_EQ(ReportsOf({"load", "miss"}), 0);
+    EXPECT_EQ(ReportsOf({"load", "miss", "miss"}), 0);
 }
 
 TEST_F(StyleCategory, TheFirstMissDecidesWhetherMissesAreReported)
 {
-    EXPECT_EQ(ReportsOf("miss load miss"), 2);
+    EXPECT_EQ(ReportsOf({"miss", "load", "miss"}), 2);
 }
-
-#endif
 
 } // namespace Styles::Testing

@@ -1,15 +1,17 @@
-// Running a program as a user does: through the shell, for its status and for what it writes.
+// Running a program as a user does, for its status and for what it writes.
 #pragma once
 
-#if !defined(_WIN32)
+#include "support/TemporaryFolder.h"
 
-#    include "support/TemporaryFolder.h"
-
+#include <filesystem>
+#include <string>
+#include <vector>
+#if defined(_WIN32)
+#    include "support/ProgramRunWindows.h"
+#else
 #    include <cstdlib>
-#    include <filesystem>
-#    include <string>
 #    include <sys/wait.h>
-#    include <vector>
+#endif
 
 namespace Support
 {
@@ -21,6 +23,29 @@ struct Answer
     std::string err;
 };
 
+/// What becomes of what a program writes to its output.
+enum class Output
+{
+    Kept,
+    Refused ///< every byte
+};
+
+#if defined(_WIN32)
+
+/// Runs the program in `folder` with exactly these arguments, which are UTF-8. Its output is given byte by byte; in
+/// what it writes of errors, lines end as everywhere.
+inline Answer RunProgram(const std::string& program, const std::filesystem::path& folder,
+                         const std::vector<std::string>& arguments, Output output = Output::Kept)
+{
+    const TemporaryFolder answers;
+    const std::filesystem::path out = answers / "out";
+    const std::filesystem::path err = answers / "err";
+    const int status = RunToEnd(program, folder, arguments, out, output == Output::Refused, err);
+    return {status, BytesOf(out), LinesOf(BytesOf(err))};
+}
+
+#else
+
 inline std::string ForShell(const std::string& word)
 {
     std::string quoted = "'";
@@ -31,9 +56,9 @@ inline std::string ForShell(const std::string& word)
     return quoted + "'";
 }
 
-/// Runs the program in `folder` with exactly these arguments; `redirection` is handed to the shell behind them.
+/// Runs the program in `folder` with exactly these arguments.
 inline Answer RunProgram(const std::string& program, const std::filesystem::path& folder,
-                         const std::vector<std::string>& arguments, const std::string& redirection = "")
+                         const std::vector<std::string>& arguments, Output output = Output::Kept)
 {
     const TemporaryFolder answers;
     std::string line = "cd " + ForShell(folder.string()) + " && " + ForShell(program);
@@ -43,11 +68,11 @@ inline Answer RunProgram(const std::string& program, const std::filesystem::path
     }
     const std::string out = (answers / "out").string();
     const std::string err = (answers / "err").string();
-    line += " >" + ForShell(out) + " 2>" + ForShell(err) + ' ' + redirection;
+    line += " >" + (output == Output::Refused ? "/dev/full" : ForShell(out)) + " 2>" + ForShell(err);
     const int result = std::system(line.c_str());
     return {WIFEXITED(result) ? WEXITSTATUS(result) : -1, BytesOf(out), BytesOf(err)};
 }
 
-} // namespace Support
-
 #endif
+
+} // namespace Support

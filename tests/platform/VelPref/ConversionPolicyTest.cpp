@@ -1,12 +1,10 @@
 #include "VelPref/ConversionPolicy.h"
 
+#include "support/LoadedModule.h"
+
 #include <gmock/gmock.h>
 
 #include <memory>
-
-#if !defined(_WIN32)
-#    include <dlfcn.h>
-#endif
 
 using VelPref::Detail::BadConversion;
 
@@ -33,13 +31,11 @@ TEST(ConversionPolicy, HasAVirtualDestructor)
     EXPECT_TRUE(std::has_virtual_destructor_v<VelPref::Detail::IConversionPolicy>);
 }
 
-#if !defined(_WIN32)
-
 TEST(BadConversion, IsCaughtByItsTypeWhenAnotherModuleThrowsIt)
 {
-    void* const module = dlopen(STYLES_TEST_MODULES "/SingletonUser.dll", RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(nullptr, module) << dlerror();
-    const auto throwFromModule = reinterpret_cast<void (*)()>(dlsym(module, "ThrowBadConversion"));
+    const Support::LoadedModule module(STYLES_TEST_MODULES "/SingletonUser.dll");
+    ASSERT_TRUE(module);
+    const auto throwFromModule = module.Find<void()>("ThrowBadConversion");
     ASSERT_NE(nullptr, throwFromModule);
     std::string text;
     try
@@ -51,7 +47,4 @@ TEST(BadConversion, IsCaughtByItsTypeWhenAnotherModuleThrowsIt)
         text = error.what();
     }
     EXPECT_EQ("from the module", text);
-    dlclose(module);
 }
-
-#endif

@@ -1,6 +1,7 @@
 #include "VelUtils/Singleton.h"
 
 #include "platform/VelUtils/SharedCounter.h"
+#include "support/LoadedModule.h"
 
 #include <gmock/gmock.h>
 
@@ -9,10 +10,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#if !defined(_WIN32)
-#    include <dlfcn.h>
-#endif
 
 using VelUtils::Singleton;
 using VelUtils::SingletonLibrary;
@@ -235,20 +232,16 @@ TEST(SingletonLibrary, AFailureToMakeTheRecordLeavesTheTableAsItWas)
     EXPECT_EQ(nullptr, SingletonLibrary::GetEntryForType(typeid(Key<3>*), MakeRecord, false, &reset));
 }
 
-#if !defined(_WIN32)
-
 namespace
 {
-
-using Getter = void* (*)();
 
 class SingletonModules : public testing::Test
 {
 protected:
     void SetUp() override
     {
-        m_module = dlopen(STYLES_TEST_MODULES "/SingletonUser.dll", RTLD_NOW | RTLD_LOCAL);
-        ASSERT_NE(nullptr, m_module) << dlerror();
+        Load();
+        ASSERT_TRUE(m_module);
     }
     void TearDown() override
     {
@@ -256,16 +249,11 @@ protected:
         Singleton<SharedCounter, 0>::StaticFinalizer();
         Singleton<SharedCounter, 7>::StaticFinalizer();
     }
-    void Unload()
-    {
-        if (m_module)
-        {
-            dlclose(std::exchange(m_module, nullptr));
-        }
-    }
-    void* Call(const char* name) { return reinterpret_cast<Getter>(dlsym(m_module, name))(); }
+    void Load() { m_module = Support::LoadedModule(STYLES_TEST_MODULES "/SingletonUser.dll"); }
+    void Unload() { m_module.Unload(); }
+    void* Call(const char* name) { return m_module.Find<void*()>(name)(); }
 
-    void* m_module = nullptr;
+    Support::LoadedModule m_module;
 };
 
 } // namespace
@@ -303,10 +291,8 @@ TEST_F(SingletonModules, AModuleMayComeAndGoRepeatedly)
     {
         ASSERT_NE(nullptr, Call("GetCounterOfModule"));
         Unload();
-        m_module = dlopen(STYLES_TEST_MODULES "/SingletonUser.dll", RTLD_NOW | RTLD_LOCAL);
-        ASSERT_NE(nullptr, m_module);
+        Load();
+        ASSERT_TRUE(m_module);
     }
     EXPECT_EQ(&(Singleton<SharedCounter, 0>::GetInstance()), Call("GetCounterOfModule"));
 }
-
-#endif

@@ -15,7 +15,6 @@
 #endif
 
 using Support::BytesOf;
-using Support::InChild;
 using Support::Save;
 using Support::TemporaryFolder;
 using Support::ToText;
@@ -244,6 +243,8 @@ TEST(FileStream, ALeftoverOfACrashIsRemovedByTheNextSave)
 }
 
 #if !defined(_WIN32)
+
+using Support::InChild;
 
 namespace
 {

@@ -4,14 +4,16 @@
 
 #include <styles/StyleManager.h>
 
+#include "support/LoadedModule.h"
+
 #include <VelUtils/LogMessage.h>
 
-#include <dlfcn.h>
-
 #include <string>
+#include <vector>
 
 int main(int argumentCount, char** arguments)
 {
+    std::vector<Support::LoadedModule> modules;
     int reports = 0;
     VelUtils::SetLogSink([&reports](const VelPlatform::VelString&) { ++reports; });
     const Styles::PropertyKey name(VelPlatform::VelString(L"missing"));
@@ -20,7 +22,8 @@ int main(int argumentCount, char** arguments)
     {
         if (arguments[index] == std::string("load"))
         {
-            if (dlopen(STYLES_TEST_MODULES "/UnitTestMarker.dll", RTLD_NOW) == nullptr)
+            modules.emplace_back(STYLES_TEST_MODULES "/UnitTestMarker.dll");
+            if (!modules.back())
             {
                 return 100;
             }
