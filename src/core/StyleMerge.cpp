@@ -232,19 +232,19 @@ void Style::CopySubstyleProperties(const Style* source, const PropertyKey& key)
     const Style* substyle = source->GetSubstyle(name, false);
     const bool plain = (substyle != nullptr && !substyle->StylePropertiesHasDependencyOnOwner()) ||
                        !InheritsAnything(*source) || InheritAlike(*source, *this);
-    if (!plain)
-    {
-        const std::unique_ptr<const Style> clone(source->CreateSubStyleCloneWithNoDependencyOnOwner(name));
-        SetSubstyle(name, clone.get());
-    }
-    else if (substyle != nullptr)
-    {
-        SetSubstyle(name, substyle);
-    }
-    else
+    if (plain && substyle == nullptr)
     {
         ClearProperty(name);
+        return;
     }
+    const BaseStyleProperty* definition = FindDefinition(name);
+    if (definition != nullptr && !definition->IsSubstyle())
+    {
+        throw VelUtils::BadAnyCast(); // a plain value would name a style that may be gone soon
+    }
+    const std::unique_ptr<const Style> clone(plain ? nullptr
+                                                   : source->CreateSubStyleCloneWithNoDependencyOnOwner(name));
+    SetSubstyle(name, plain ? substyle : clone.get());
 }
 
 } // namespace Styles

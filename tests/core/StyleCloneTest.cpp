@@ -98,6 +98,45 @@ TEST_F(StyleClone, ACloneOfASubstyleThatItsOwnerDoesNotHoldIsACopy)
     EXPECT_EQ(*clone, stray);
 }
 
+TEST_F(StyleClone, ACloneIsIndependentOfTheParentsOfAllItsOwners)
+{
+    Style parents[2];
+    for (const int first : {0, 1}) // in either order of their addresses
+    {
+        Style& far = parents[first];
+        Style& near = parents[1 - first];
+        far.SetCategory(StyleCategoryName);
+        near.SetCategory(Character);
+        near.SetParent(&far);
+        AddSubstyle(far, Fill, Fill).SetProperty(Color, red);
+        AddSubstyle(near, Fill, Fill).SetProperty(Angle, Any(30.0));
+        Style top(&far, StyleCategoryName);
+        const Style& fill = AddSubstyle(AddSubstyle(top, Character, Character, &near), Fill, Fill);
+        ASSERT_EQ(EffectiveText(fill, Color), L"red");
+
+        const std::unique_ptr<Style> clone(fill.CreateStyleCloneWithNoDependencyOnOwner());
+        EXPECT_EQ(OwnText(*clone, Color), L"red");
+        EXPECT_EQ(EffectiveNumber(*clone, Angle), 30.0);
+        for (Style& parent : parents)
+        {
+            parent.ClearAllProperties();
+            parent.SetParent(nullptr);
+        }
+    }
+}
+
+TEST_F(StyleClone, ACloneTakesOverAnUnbrokenRunOfTheParentsOfItsOwnersOnly)
+{
+    Style between(&base, Character);
+    Style characterParent(&between, Character);
+    AddSubstyle(between, Fill, Fill).SetProperty(Color, red);
+    AddSubstyle(characterParent, Fill, Fill).SetProperty(Angle, Any(30.0));
+    const Style& fill = AddSubstyle(AddSubstyle(style, Character, Character, &characterParent), Fill, Fill);
+    const std::unique_ptr<Style> clone(fill.CreateStyleCloneWithNoDependencyOnOwner());
+    EXPECT_EQ(EffectiveNumber(*clone, Angle), 30.0);
+    EXPECT_FALSE(clone->DoesOverrideProperty(Color)) << "the parent of an owner stands behind one that is none";
+}
+
 TEST_F(StyleClone, ACloneOfTheSubstyleUnderAKeyComesFromWhereTheSubstyleIs)
 {
     const std::unique_ptr<Style> none(style.CreateSubStyleCloneWithNoDependencyOnOwner(Fill));
@@ -126,6 +165,26 @@ TEST_F(StyleClone, ACloneUnderAKeyThatIsNoSubstyleIsAnEmptyStyle)
     EXPECT_EQ(unknown->GetCategory(), nullptr);
     const std::unique_ptr<Style> without(Style().CreateSubStyleCloneWithNoDependencyOnOwner(Fill));
     EXPECT_EQ(without->GetCategory(), nullptr);
+}
+
+TEST_F(StyleClone, AnInheritedNullMakesAnEmptyCloneOfTheCategory)
+{
+    Style stranger(nullptr, Character); // its fill is null, and another object than the default of the style's category
+    Style heir(&stranger, StyleCategoryName);
+    Any value;
+    ASSERT_TRUE(heir.GetProperty(Fill, value));
+    ASSERT_EQ(value, NullSubstyle());
+    const std::unique_ptr<Style> clone(heir.CreateSubStyleCloneWithNoDependencyOnOwner(Fill));
+    EXPECT_EQ(clone->GetCategoryName(), Fill);
+    EXPECT_TRUE(clone->IsEmpty());
+
+    Style sibling(&stranger, StyleCategoryName);
+    AddSubstyle(sibling, Fill, Fill);
+    sibling.CopySubstyleProperties(&heir, Fill);
+    EXPECT_TRUE(sibling.IsEmpty()) << "both inherit alike";
+    style.CopySubstyleProperties(&heir, Fill);
+    ASSERT_NE(style.GetSubstyle(Fill, false), nullptr);
+    EXPECT_TRUE(style.GetSubstyle(Fill, false)->IsEmpty());
 }
 
 TEST_F(StyleClone, CopyingADefaultSubstyleClearsTheOwnOne)
@@ -164,6 +223,21 @@ TEST_F(StyleClone, CopyingADefaultThatIsNoSubstyleIsABadCast)
     Style target(nullptr, StyleCategoryName);
     EXPECT_THROW(target.CopySubstyleProperties(&source, Note), std::bad_cast);
     EXPECT_NO_THROW(target.CopySubstyleProperties(&source, Key(L"unknown")));
+}
+
+TEST_F(StyleClone, CopyingAValueThatIsNoSubstyleClearsTheOwnOneOrIsABadCast)
+{
+    Style source(nullptr, StyleCategoryName);
+    source.SetProperty(Note, red);
+    style.SetProperty(Note, blue);
+    style.CopySubstyleProperties(&source, Note);
+    EXPECT_FALSE(style.DoesOverrideProperty(Note));
+
+    style.SetProperty(Note, blue);
+    Style other(nullptr, StyleCategoryName);
+    source.SetParent(&other); // a clone would be taken, but there is nothing that the value could hold it in
+    EXPECT_THROW(style.CopySubstyleProperties(&source, Note), std::bad_cast);
+    EXPECT_EQ(OwnText(style, Note), L"blue");
 }
 
 TEST_F(StyleClone, CopyingASubstyleThatHasAParentIsAPlainCopy)
@@ -239,6 +313,36 @@ TEST_F(StyleClone, CopyingToAStyleWithFewerOwnersIsAClone)
     target.CopySubstyleProperties(&source, Fill);
     EXPECT_EQ(OwnText(*target.GetSubstyle(Fill, false), Color), L"red");
     EXPECT_EQ(EffectiveNumber(*target.GetSubstyle(Fill, false), Angle), 30.0);
+}
+
+TEST_F(StyleClone, CopyingBetweenLevelsIsACloneUnderTheSameParentToo)
+{
+    AddSubstyle(base, Fill, Fill).SetProperty(Color, blue);
+    AddSubstyle(AddSubstyle(base, Character, Character), Fill, Fill).SetProperty(Color, red);
+    AddSubstyle(style, Fill, Fill).SetProperty(Angle, Any(30.0));
+    Style& character = AddSubstyle(style, Character, Character);
+    AddSubstyle(character, Fill, Fill).SetProperty(Angle, Any(60.0));
+
+    Style higher(&base, Character);
+    higher.CopySubstyleProperties(&character, Fill);
+    EXPECT_EQ(OwnText(*higher.GetSubstyle(Fill, false), Color), L"red");
+    Style other(&base, StyleCategoryName);
+    Style& lower = AddSubstyle(other, Character, Character);
+    lower.CopySubstyleProperties(&style, Fill);
+    EXPECT_EQ(OwnText(*lower.GetSubstyle(Fill, false), Color), L"blue");
+}
+
+TEST_F(StyleClone, CopyingLooksAtTheTargetsParentOnlyWhereTheSourceHasOne)
+{
+    AddSubstyle(AddSubstyle(base, Character, Character), Fill, Fill).SetProperty(Color, red);
+    Style& source = AddSubstyle(style, Character, Character);
+    AddSubstyle(source, Fill, Fill).SetProperty(Angle, Any(30.0));
+    Style characterParent(nullptr, Character);
+    Style other(&base, StyleCategoryName);
+    Style& target = AddSubstyle(other, Character, Character, &characterParent);
+    target.CopySubstyleProperties(&source, Fill);
+    EXPECT_EQ(EffectiveNumber(*target.GetSubstyle(Fill, false), Angle), 30.0);
+    EXPECT_FALSE(target.GetSubstyle(Fill, false)->DoesOverrideProperty(Color)) << "a plain copy";
 }
 
 TEST_F(StyleClone, CopyingFromTheStyleItselfChangesNothing)
