@@ -9,6 +9,7 @@
 #include "registry/MissingEntry.h"
 
 #include <memory>
+#include <stdexcept>
 #include <utility>
 
 namespace Styles
@@ -23,6 +24,20 @@ Style* OwnSubstyle(const Style& style, const PropertyKey& key)
 {
     const Any* own = Detail::StyleAccess::FindOwn(style, key);
     return own != nullptr ? own->Get<Style*>() : nullptr;
+}
+
+/// The inherited substyle under `key`; null without one, also for a key that nobody knows. \throws std::bad_cast when
+/// the inherited value is no substyle.
+Style* InheritedSubstyle(const Style& style, const PropertyKey& key)
+{
+    try
+    {
+        return style.GetInheritedProperty(key).Get<Style*>();
+    }
+    catch (const std::logic_error&)
+    {
+        return nullptr;
+    }
 }
 
 } // namespace
@@ -65,15 +80,16 @@ void SetSubstyleProperty(Style& style, const PropertyKey& substyleCategory, cons
     if (substyle == nullptr)
     {
         const BaseStyleProperty* definition = Detail::StyleAccess::FindDefinition(style, substyleKey);
-        if (definition == nullptr)
-        {
-            return;
-        }
-        if (!definition->IsSubstyle())
+        if (definition != nullptr && !definition->IsSubstyle())
         {
             throw VelUtils::BadAnyCast();
         }
-        substyle = Detail::CreateSubstyle(style, *definition, substyleKey, substyleCategory);
+        substyle =
+            definition != nullptr ? Detail::CreateSubstyle(style, *definition, substyleKey, substyleCategory) : nullptr;
+    }
+    if (substyle == nullptr)
+    {
+        substyle = InheritedSubstyle(style, substyleKey);
     }
     if (substyle != nullptr)
     {

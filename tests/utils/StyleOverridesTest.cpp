@@ -2,13 +2,14 @@
 
 #include <styles/SubStyle.h>
 
-#include "support/TestSheet.h"
+#include "support/NullKeepingProperty.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <set>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -88,6 +89,25 @@ TEST_F(StyleOverrides, InheritedValuesAndTheInsideOfListsHaveNoPaths)
     stop.SetProperty(Position, Any(1.0));
     style.SetProperty(Stops, Any(std::vector<Style*>{&stop}));
     EXPECT_THAT(GetOverriddenPropertyPaths(style), ElementsAre(PropertyPath{Stops}));
+}
+
+TEST_F(StyleOverrides, AnEmptyValueHasAPathAndANullSubstyleHasNone)
+{
+    Set(style, Note, L"x");
+    style.ProcessProperties([](Any& value, Style*, const PropertyKey&) {
+        value = Any();
+        return true;
+    });
+    const PropertyKey hollow = KeepNull(style, Fill);
+    EXPECT_EQ(GetOverriddenProperties(style), (std::set<PropertyKey>{Note, hollow}));
+    EXPECT_THAT(GetOverriddenPropertyPaths(style), ElementsAre(PropertyPath{Note}));
+    EXPECT_THAT(GetOverriddenSubstyleProperties(style, hollow, false), IsEmpty());
+    std::set<PropertyKey> keys;
+    EXPECT_EQ(CreateStyleFromSubstyleWithoutOwnerDependencies(&style, hollow, keys), nullptr);
+    style.ClearProperty(Note);
+    style.SetParent(&parent);
+    ClearMatchingInheritedProperties(style);
+    EXPECT_TRUE(style.IsEmpty()) << "a null is what it inherits";
 }
 
 TEST_F(StyleOverrides, ThePathsOfASubstyleAreOneOrTwoKeysLong)
@@ -222,6 +242,16 @@ TEST_F(StyleOverrides, AParentOfTheOwnerIsSomethingToInheritFrom)
     EXPECT_EQ(GetOverriddenProperties(*fill), (std::set<PropertyKey>{Skew}));
     EXPECT_EQ(EffectiveNumber(*fill, Angle), 30.0);
     EXPECT_EQ(fill->GetOwner(), &style);
+}
+
+TEST_F(StyleOverrides, AParentOfAnOwnerFurtherUpIsSomethingToInheritFrom)
+{
+    style.SetParent(&parent);
+    Style* fill = GetOrCreateSubstyle(*GetOrCreateSubstyle(style, Character), Fill);
+    fill->SetProperty(Angle, Any(0.0)); // the default
+    fill->SetProperty(Skew, Any(1.0));
+    ClearMatchingInheritedProperties(*fill);
+    EXPECT_EQ(GetOverriddenProperties(*fill), (std::set<PropertyKey>{Skew}));
 }
 
 TEST_F(StyleOverrides, AWholeSubstyleIsKeptOrCleared)

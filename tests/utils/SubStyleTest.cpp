@@ -1,6 +1,6 @@
 #include <styles/SubStyle.h>
 
-#include "support/TestSheet.h"
+#include "support/NullKeepingProperty.h"
 
 #include <gmock/gmock.h>
 
@@ -112,6 +112,21 @@ TEST_F(SubStyle, LeadsNowhereThroughAValueThatIsNoSubstyle)
     Style inside(nullptr, Fill);
     inside.SetOwner(&lone, Note);
     EXPECT_EQ(static_cast<Style*>(Handle(&inside)), nullptr);
+}
+
+TEST_F(SubStyle, LeadsNowhereThroughANull)
+{
+    const PropertyKey hollow = KeepNull(top, Character);
+    Style inside(nullptr, Character);
+    inside.SetOwner(&top, hollow);
+    Style deeper(nullptr, Fill);
+    deeper.SetOwner(&inside, Fill);
+    EXPECT_EQ(static_cast<Style*>(Handle(&inside)), nullptr);
+    EXPECT_EQ(static_cast<Style*>(Handle(&deeper)), nullptr);
+    EXPECT_EQ(GetStyleOrSubstyle(&top, hollow, false), nullptr);
+    EXPECT_EQ(GetStyleOrSubstyle(&top, hollow, true), nullptr);
+    EXPECT_EQ(GetSubstyleParent(inside), nullptr);
+    EXPECT_TRUE(ForEachSubStyle(&top, {}, false, {hollow}));
 }
 
 TEST_F(SubStyle, IsCopiedMovedAndAssigned)

@@ -1,11 +1,12 @@
 #include <styles/SubStyle.h>
 
-#include "support/TestSheet.h"
+#include "support/NullKeepingProperty.h"
 
 #include <gmock/gmock.h>
 
 #include <stdexcept>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 using testing::IsEmpty;
@@ -69,6 +70,44 @@ TEST_F(SubstyleProperties, WithoutASubstyleTheDefaultOfItsCategoryIsTheAnswer)
     EXPECT_EQ(&GetSubstyleProperty(style, Fill, PatternId), &Manager().GetDefaultValue(Fill, PatternId));
     EXPECT_FALSE(GetSubstyleProperty(style, Fill, PatternId, value));
     EXPECT_EQ(value.Get<int>(), 1);
+}
+
+TEST_F(SubstyleProperties, ANullIsAnsweredWithTheDefaultOfTheCategoryThatItWouldHave)
+{
+    const PropertyKey hollow = KeepNull(style, Fill);
+    Style stranger(nullptr, Character); // its fill is null, and another object than the default of the style's category
+    Style heir(&stranger, StyleCategoryName);
+    Any value(1);
+    for (const auto& [owner, key] : {std::pair(&style, hollow), std::pair(&heir, Fill)})
+    {
+        ASSERT_TRUE(owner->GetProperty(key, value));
+        value = Any(1);
+        EXPECT_EQ(&GetSubstyleProperty(*owner, key, PatternId), &Manager().GetDefaultValue(Fill, PatternId));
+        EXPECT_FALSE(GetSubstyleProperty(*owner, key, PatternId, value));
+        EXPECT_EQ(value, Any(1));
+    }
+}
+
+TEST_F(SubstyleProperties, ANullIsChangedIntoASubstyleAndOtherwiseLeftAlone)
+{
+    const PropertyKey hollow = KeepNull(style, Fill);
+    ClearSubstyleProperty(style, hollow, Angle);
+    ClearEmptySubstyles(style);
+    Style source(nullptr, StyleCategoryName);
+    source.SetSubstyle(hollow, nullptr);
+    Style full(nullptr, StyleCategoryName);
+    SetAngle(full, hollow, Angle, 30.0);
+    for (const bool mergeValues : {false, true})
+    {
+        CopySourceSubstylesThatExistsInDestinationStyle(&style, &full, mergeValues);
+        CopySourceSubstylesThatExistsInDestinationStyle(&full, &source, mergeValues);
+    }
+    EXPECT_EQ(full.GetSubstyle(hollow, false)->GetProperty(Angle).Get<double>(), 30.0);
+    EXPECT_EQ(style.GetProperty(hollow), NullSubstyle());
+    ASSERT_NE(GetOrCreateSubstyle(style, hollow), nullptr);
+    EXPECT_EQ(style.GetSubstyle(hollow, false)->GetCategoryName(), Fill);
+    SetSubstyleProperty(source, Fill, hollow, Angle, Any(60.0));
+    EXPECT_EQ(source.GetSubstyle(hollow, false)->GetProperty(Angle).Get<double>(), 60.0);
 }
 
 TEST_F(SubstyleProperties, ReadingThroughAValueThatIsNoSubstyleIsAnError)
@@ -160,6 +199,20 @@ TEST_F(SubstyleProperties, SettingAValueWhereNoSubstyleCanBeMadeDoesNothing)
     EXPECT_TRUE(without.IsEmpty());
     SetSubstyleProperty(style, Fill, Fill, Key(L"unknown"), Any(1.0));
     EXPECT_TRUE(style.GetSubstyle(Fill, false)->IsEmpty()) << "the substyle does not know the key";
+}
+
+TEST_F(SubstyleProperties, SettingAValueWhereNoSubstyleCanBeMadeChangesTheInheritedOne)
+{
+    Style parent(nullptr, StyleCategoryName);
+    SetAngle(parent, Fill, Skew, 1.0);
+    Style heir(&parent, Outline); // does not know the key itself
+    SetSubstyleProperty(heir, Fill, Fill, Angle, Any(30.0));
+    EXPECT_TRUE(heir.IsEmpty());
+    EXPECT_EQ(AngleOf(parent), 30.0);
+    SetSubstyleProperty(heir, Fill, Character, Angle, Any(30.0)); // a null is inherited
+    EXPECT_TRUE(heir.IsEmpty());
+    EXPECT_FALSE(parent.DoesOverrideProperty(Character));
+    EXPECT_THROW(SetSubstyleProperty(heir, Fill, Note, Angle, Any(30.0)), std::bad_cast);
 }
 
 TEST_F(SubstyleProperties, SettingAValueThroughAValueThatIsNoSubstyleIsAnError)
