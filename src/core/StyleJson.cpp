@@ -50,6 +50,30 @@ const VelString* FindText(const Json::Variant& value)
     return text != nullptr && !text->empty() ? text : nullptr;
 }
 
+/// Reads one of the fixed members into `style`. False when `name` is none of them.
+bool ReadFixedMember(Style& style, const StyleSheet& sheet, const VelString& name, const Json::Variant& value)
+{
+    const VelString* text = FindText(value);
+    if (name == InheritsMember)
+    {
+        Style* found = text != nullptr ? ResolveParent(sheet, *text) : nullptr;
+        if (found != nullptr && found != &style)
+        {
+            style.SetParent(found);
+        }
+        return true;
+    }
+    if (name != IdMember && name != OriginalMember)
+    {
+        return false;
+    }
+    if (text != nullptr)
+    {
+        name == IdMember ? style.SetExternalID(*text) : style.SetExternalName(*text);
+    }
+    return true;
+}
+
 } // namespace
 
 bool Detail::IsOlderThan(const StyleSheet& sheet, int newSinceVersion) noexcept
@@ -120,52 +144,26 @@ void Style::DeserializeJson(const StyleSheet& sheet, const Json::Object& object)
     {
         const VelString& name = object.GetValueName(index);
         const Json::Variant* value = object.GetValue(index);
-        if (value == nullptr)
+        if (value == nullptr || ReadFixedMember(*this, sheet, name, *value) || !category)
         {
             continue;
         }
-        if (name == InheritsMember)
+        const BaseStyleProperty* definition = category->GetStyleProperty(PropertyKey(name));
+        if (definition == nullptr)
         {
-            const VelString* parentName = FindText(*value);
-            Style* found = parentName != nullptr ? ResolveParent(sheet, *parentName) : nullptr;
-            if (found != nullptr && found != this)
-            {
-                m_parent = found;
-            }
+            continue;
         }
-        else if (name == IdMember)
+        if (definition->IsDeprecated())
         {
-            if (const VelString* id = FindText(*value))
-            {
-                SetExternalID(*id);
-            }
+            deferred.emplace_back(definition, value);
         }
-        else if (name == OriginalMember)
+        else
         {
-            if (const VelString* original = FindText(*value))
-            {
-                SetExternalName(*original);
-            }
+            definition->Deserialize(sheet, this, value);
         }
-        else if (category)
+        if (definition->NeedAdjustementsForStyleIO())
         {
-            const BaseStyleProperty* definition = category->GetStyleProperty(PropertyKey(name));
-            if (definition == nullptr)
-            {
-                continue;
-            }
-            if (definition->IsDeprecated())
-            {
-                deferred.emplace_back(definition, value);
-            }
-            else
-            {
-                definition->Deserialize(sheet, this, value);
-            }
-            if (definition->NeedAdjustementsForStyleIO())
-            {
-                toAdjust.push_back(definition);
-            }
+            toAdjust.push_back(definition);
         }
     }
     for (const auto& [definition, value] : deferred)
