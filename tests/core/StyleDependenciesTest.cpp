@@ -4,9 +4,7 @@
 
 #include <algorithm>
 #include <functional>
-#include <map>
 #include <memory>
-#include <set>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -362,131 +360,77 @@ TEST_F(StyleDependencies, RemappingPointersReachesValuesAtAnyDepthAndNoParents)
     EXPECT_EQ(style.GetParent(), &base);
 }
 
-TEST_F(StyleDependencies, VisitingReachesPlainValuesInSubstylesAndListsInKeyOrder)
+TEST_F(StyleDependencies, ADirectRemovalIsDirectInsideValuesToo)
 {
-    style.SetProperty(Note, red);
-    style.SetProperty(Number, Any(1.0));
-    Style& fill = AddSubstyle(style, Fill, Fill);
-    fill.SetProperty(Color, red);
-    const StyleList stops = AddElements(style, Stops, Stop, 2);
-    stops[0]->SetProperty(Color, red);
-    stops[1]->SetProperty(Position, Any(0.5));
-
-    std::map<PropertyKey, std::vector<std::pair<Style*, PropertyKey>>> byKey{
-        {Note, {{&style, Note}}},
-        {Number, {{&style, Number}}},
-        {Fill, {{&fill, Color}}},
-        {Stops, {{stops[0], Color}, {stops[1], Position}}}};
-    std::vector<std::pair<Style*, PropertyKey>> expected;
-    for (const auto& entry : byKey)
+    Style far(nullptr, Fill);
+    Style near(&far, Fill);
+    far.SetProperty(Color, red);
+    AddSubstyle(other, Fill, Fill, &near);
+    AddElements(other, Stops, Stop, 1, &near);
+    Style* const members[] = {&far};
+    const std::vector<const Style*> inside{other.GetSubstyle(Fill, false), ElementsOf(other, Stops)[0]};
+    other.RemoveDependency(StyleSpan(members), true);
+    for (const Style* heir : inside)
     {
-        expected.insert(expected.end(), entry.second.begin(), entry.second.end());
+        EXPECT_EQ(heir->GetParent(), &near);
+        EXPECT_TRUE(heir->IsEmpty());
     }
-    std::vector<std::pair<Style*, PropertyKey>> visited;
-    EXPECT_TRUE(style.ProcessProperties([&](Any& value, Style* holder, const PropertyKey& key) {
-        EXPECT_EQ(&value, &holder->GetProperty(key));
-        visited.emplace_back(holder, key);
-        return true;
-    }));
-    EXPECT_EQ(visited, expected);
+    other.RemoveDependency(StyleSpan(members), false);
+    for (const Style* heir : inside)
+    {
+        EXPECT_EQ(heir->GetParent(), nullptr);
+        EXPECT_EQ(OwnText(*heir, Color), L"red");
+    }
 }
 
-TEST_F(StyleDependencies, AVisitorThatAnswersFalseStopsTheWalk)
+TEST_F(StyleDependencies, EmptyValuesAreNoPointersToRemap)
 {
-    EXPECT_TRUE(other.ProcessProperties([](Any&, Style*, const PropertyKey&) { return false; }));
-    AddSubstyle(style, Fill, Fill).SetProperty(Color, red);
-    style.SetProperty(Note, red);
-    style.SetProperty(Number, Any(1.0));
-    int visits = 0;
-    const auto stop = [&visits](Any&, Style*, const PropertyKey&) {
-        ++visits;
-        return false;
+    class Listening : public ReferenceProperty
+    {
+    public:
+        explicit Listening(int& calls) : m_calls(calls) {}
+        void RemapPointer(Any&, const std::vector<std::pair<Any, Any>>&) const override { ++m_calls; }
+
+    private:
+        int& m_calls;
     };
-    EXPECT_FALSE(style.ProcessProperties(stop));
-    EXPECT_EQ(visits, 1);
-    EXPECT_FALSE(style.ProcessProperties({{Note}, {Number}}, stop));
-    EXPECT_EQ(visits, 2);
-}
-
-TEST_F(StyleDependencies, VisitingPathsSkipsThoseThatLeadNowhere)
-{
-    Style& fill = AddSubstyle(style, Fill, Fill);
-    fill.SetProperty(Color, red);
-    AddSubstyle(base, Outline, Outline).SetProperty(Color, red);
-    style.SetProperty(Note, red);
-    std::vector<std::pair<Style*, PropertyKey>> visited;
-    EXPECT_TRUE(style.ProcessProperties({{},
-                                         {Number},
-                                         {Fill, Angle},
-                                         {Outline, Color},
-                                         {Note, Color},
-                                         {Key(L"unknown")},
-                                         {Fill, Color},
-                                         {Note},
-                                         {Fill}},
-                                        [&](Any&, Style* holder, const PropertyKey& key) {
-                                            visited.emplace_back(holder, key);
-                                            return true;
-                                        }));
-    EXPECT_THAT(visited, ElementsAre(std::pair(&fill, Color), std::pair(&style, Note), std::pair(&fill, Color)));
-}
-
-TEST_F(StyleDependencies, AVisitorMayChangeValues)
-{
-    style.SetProperty(Number, Any(1.0));
-    AddElements(style, Stops, Stop, 1)[0]->SetProperty(Position, Any(0.5));
+    int calls = 0;
+    const PropertyKey listening = Key(L"listening");
+    Manager().RegisterProperty(StyleCategoryName, listening, new Listening(calls));
+    style.SetProperty(listening, red);
+    style.RemapPointer({});
+    EXPECT_EQ(calls, 1);
     style.ProcessProperties([](Any& value, Style*, const PropertyKey&) {
-        value = Any(value.Get<double>() * 2.0);
+        value = Any();
         return true;
     });
-    EXPECT_EQ(EffectiveNumber(style, Number), 2.0);
-    EXPECT_EQ(EffectiveNumber(*ElementsOf(style, Stops)[0], Position), 1.0);
+    ASSERT_TRUE(style.DoesOverrideProperty(listening));
+    style.RemapPointer({});
+    EXPECT_EQ(calls, 1);
 }
 
-TEST_F(StyleDependencies, AVisitorMaySetAndClearPropertiesOfTheStyleItVisits)
+TEST_F(StyleDependencies, ValuesWithoutDefinitionArePassedOver)
 {
-    const std::vector<PropertyKey> keys{XScale, YScale, Angle, Skew};
-    for (const PropertyKey& first : keys)
-    {
-        Style fill(nullptr, Fill);
-        for (const PropertyKey& key : keys)
-        {
-            fill.SetProperty(key, Any(1.0));
-        }
-        std::vector<PropertyKey> visited;
-        EXPECT_TRUE(fill.ProcessProperties([&](Any&, Style* holder, const PropertyKey& key) {
-            visited.push_back(key);
-            holder->SetProperty(Color, Any(VelString(L"new"))); // not visited: it was not there at the beginning
-            for (const PropertyKey& gone : keys)
-            {
-                if (gone != first)
-                {
-                    holder->ClearProperty(gone);
-                }
-            }
-            holder->SetProperty(first, Any(2.0));
-            return true;
-        }));
-        EXPECT_TRUE(std::count(visited.begin(), visited.end(), first) == 1);
-        EXPECT_LE(visited.size(), 2U);
-        EXPECT_EQ(EffectiveNumber(fill, first), 2.0);
-        EXPECT_EQ(OwnText(fill, Color), L"new");
-    }
-}
-
-TEST_F(StyleDependencies, AVisitorMayClearEverythingInsideASubstyleItVisits)
-{
-    Style& fill = AddSubstyle(style, Fill, Fill);
-    fill.SetProperty(XScale, Any(1.0));
-    fill.SetProperty(Angle, Any(1.0));
-    int visits = 0;
-    EXPECT_TRUE(style.ProcessProperties([&visits](Any&, Style* holder, const PropertyKey&) {
-        holder->ClearAllProperties();
-        ++visits;
-        return true;
-    }));
-    EXPECT_EQ(visits, 1);
-    EXPECT_TRUE(fill.IsEmpty());
+    Style fillParent(nullptr, Fill);
+    const Style& fill = AddSubstyle(other, Fill, Fill, &fillParent);
+    other.SetProperty(Reference, Any(&style));
+    other.SetCategory(Outline); // knows neither
+    Style* const members[] = {&fillParent, &style};
+    EXPECT_FALSE(other.HasDependency(StyleSpan(members)));
+    EXPECT_FALSE(other.HasDirectDependency(StyleSpan(members)));
+    EXPECT_FALSE(other.HasParentalDependency());
+    EXPECT_THAT(other.GetDependencies(StyleSpan(members), false), IsEmpty());
+    EXPECT_THAT(other.GetDependencies(StyleSpan(members), true), IsEmpty());
+    other.RemoveDependency(StyleSpan(members), false);
+    other.RemoveAllDependencies();
+    other.RemapDependency({{&fillParent, &root}});
+    other.RemapPointer({{Any(&style), Any(&base)}});
+    const auto refuse = [](Any&, Style*, const PropertyKey&) { return false; };
+    EXPECT_TRUE(other.ProcessProperties(refuse));
+    EXPECT_TRUE(other.ProcessProperties({{Reference}, {Fill}}, refuse));
+    EXPECT_EQ(fill.GetParent(), &fillParent);
+    other.SetCategory(StyleCategoryName);
+    EXPECT_EQ(other.GetProperty(Reference), Any(&style));
 }
 
 } // namespace Styles::Testing

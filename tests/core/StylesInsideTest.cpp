@@ -394,6 +394,7 @@ TEST_F(StylesInside, AMillionParentsAreTakenOverWithoutADeepStack)
     EXPECT_EQ(EffectiveText(*heir.GetSubstyle(Nest, false), Note), L"nested");
     const std::unique_ptr<Style> clone(heir.GetSubstyle(Nest, false)->CreateStyleCloneWithNoDependencyOnOwner());
     EXPECT_TRUE(heir.GetSubstyle(Nest, false)->StylePropertiesHasDependencyOnOwner());
+    EXPECT_EQ(GetSubstyleParent(*heir.GetSubstyle(Nest, false)), nullptr);
     const std::unique_ptr<Style> flattened(heir.CreateFlattenedStyle());
     heir.RemoveAllDependencies();
     for (const Style* free : {&heir, flattened.get()})
