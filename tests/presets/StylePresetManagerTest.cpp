@@ -168,13 +168,26 @@ TEST_F(StylePresetManager, PresetsTakeTheValuesOfAReplacedOneThatTheyInheritFrom
     base->SetProperty(Note, Any(Name(L"of the base")));
     GetOrCreateSubstyle(*base, Fill)->SetProperty(Angle, Any(30.0));
     Style* heir = sheet.Add(L"heir", StyleCategoryName, base);
+    const Style* grandchild = sheet.Add(L"grandchild", StyleCategoryName, heir);
     EXPECT_TRUE(presets.AddPreset(category, Name(L"Base"), &blue, true));
+    EXPECT_EQ(grandchild->GetParent(), heir);
     EXPECT_EQ(heir->GetParent(), nullptr);
     EXPECT_EQ(OwnText(*heir, Note), Name(L"of the base"));
     ASSERT_NE(heir->GetSubstyle(Fill, false), nullptr);
     EXPECT_EQ(EffectiveNumber(*heir->GetSubstyle(Fill, false), Angle), 30.0);
     EXPECT_TRUE(presets.AddPreset(category, Name(L"Base"), heir, false));
     EXPECT_EQ(OwnText(*presets.GetPreset(category, Name(L"base")), Note), Name(L"blue"));
+}
+
+TEST_F(StylePresetManager, ANameWithoutAStyleIsNoPresetToDelete)
+{
+    TestSheet& sheet = presets.GetSheet(category);
+    sheet.AddStyle(Name(L"hollow"), nullptr, false);
+    sheet.Add(L"base", StyleCategoryName);
+    EXPECT_TRUE(presets.AddPreset(category, Name(L"base"), &red, true));
+    EXPECT_FALSE(presets.DeletePreset(category, Name(L"hollow")));
+    EXPECT_TRUE(presets.AddPreset(category, Name(L"hollow"), &blue, true));
+    EXPECT_EQ(OwnText(*presets.GetPreset(category, Name(L"hollow")), Note), Name(L"blue"));
 }
 
 TEST_F(StylePresetManager, PresetsThatInheritFromEachOtherAreAddedAndDeleted)
@@ -267,25 +280,27 @@ TEST_F(StylePresetManager, AddingAPresetSucceedsWhereItCannotBeSaved)
 
 TEST_F(StylePresetManager, DestroysItsSheets)
 {
-    int destroyed = 0;
+    std::vector<std::string> destroyed;
     class MortalSheet : public TestSheet
     {
     public:
-        explicit MortalSheet(int& count) : m_count(count) {}
+        MortalSheet(std::vector<std::string>& log, const char* name) : m_log(log), m_name(name) {}
         MortalSheet(const MortalSheet&) = delete;
         MortalSheet& operator=(const MortalSheet&) = delete;
-        ~MortalSheet() override { ++m_count; }
+        ~MortalSheet() override { m_log.emplace_back(m_name); }
 
     private:
-        int& m_count;
+        std::vector<std::string>& m_log;
+        const char* m_name;
     };
     {
         TestPresets own(folder.GetPath());
-        own.sheets[Name(L"a")] = new MortalSheet(destroyed);
-        own.sheets[Name(L"b")] = new MortalSheet(destroyed);
-        own.sheets[Name(L"c")] = nullptr;
+        own.sheets[Name(L"b")] = new MortalSheet(destroyed, "b");
+        own.sheets[Name(L"C")] = new MortalSheet(destroyed, "C");
+        own.sheets[Name(L"a")] = new MortalSheet(destroyed, "a");
+        own.sheets[Name(L"d")] = nullptr;
     }
-    EXPECT_EQ(destroyed, 2);
+    EXPECT_THAT(destroyed, ElementsAre("a", "b", "C")) << "in the order of the categories";
 }
 
 TEST_F(StylePresetManager, CopiesShareTheSheets)

@@ -134,6 +134,35 @@ TEST_F(StyleSheetDeletion, NothingToDeleteIsAnsweredFalse)
     EXPECT_FALSE(Delete(*std::make_unique<TestSheet>(), {a}));
 }
 
+TEST_F(StyleSheetDeletion, EveryStyleIsMadeIndependentAlsoThoseThatGoAndForNothing)
+{
+    class Listening : public ProbeProperty
+    {
+    public:
+        explicit Listening(std::vector<std::string>& calls) : m_calls(calls) {}
+        void RemoveDependency(Any& value, StyleSpan, bool direct) const override
+        {
+            m_calls.push_back(Utf8(value.Get<VelString>()) + (direct ? " directly" : ""));
+        }
+
+    private:
+        std::vector<std::string>& m_calls;
+    };
+    std::vector<std::string> calls;
+    const PropertyKey listening = Key(L"listening");
+    Manager().RegisterProperty(StyleCategoryName, listening, new Listening(calls));
+    TestSheet sheet;
+    Style* b = AddTo(sheet, L"b");
+    Style* a = AddTo(sheet, L"a");
+    b->SetProperty(listening, Any(L"b"));
+    a->SetProperty(listening, Any(L"a"));
+    EXPECT_FALSE(Delete(sheet, {}));
+    EXPECT_THAT(calls, ElementsAre("a directly", "b directly"));
+    calls.clear();
+    EXPECT_TRUE(Delete(sheet, {a}));
+    EXPECT_THAT(calls, ElementsAre("a directly", "b directly"));
+}
+
 TEST_F(StyleSheetDeletion, ADefinitionThatThrowsLeavesAllStylesInTheSheet)
 {
     auto* probe = new ProbeProperty();
