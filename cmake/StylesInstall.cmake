@@ -2,7 +2,7 @@
 #
 #   runtime       the shared libraries
 #   development   headers, static libraries, the CMake package (find_package(styles CONFIG) gives styles::styles and
-#                 styles::platform) and the pkg-config files (styles, styles-platform)
+#                 styles::platform), the pkg-config files (styles, styles-platform), and what debuggers show values by
 #   tools         styles-inspect, when the examples are built
 #   docs          the pages
 #
@@ -82,6 +82,29 @@ styles_install_pkgconfig(styles-platform
 styles_install_pkgconfig(styles
   DESCRIPTION "${PROJECT_DESCRIPTION}"
   LIBRARY styles DEFINES_STATIC STYLES_STATIC REQUIRES "styles-platform = ${PROJECT_VERSION}")
+
+# What debuggers show values by. gdb looks for the scripts of a shared library in a folder of scripts, under the whole
+# path that the library has on the disk: that is known when installing, and by CPack only as what it packs for.
+install(FILES debugging/gdb/styles_printers.py DESTINATION ${CMAKE_INSTALL_DATADIR}/styles/gdb COMPONENT development)
+install(FILES debugging/styles.natvis DESTINATION ${CMAKE_INSTALL_DATADIR}/styles COMPONENT development)
+if(BUILD_SHARED_LIBS AND UNIX AND NOT APPLE)
+  install(CODE "
+    set(library_folder \"${CMAKE_INSTALL_LIBDIR}\")
+    if(NOT IS_ABSOLUTE \"\${library_folder}\")
+      set(prefix \"\${CMAKE_INSTALL_PREFIX}\")
+      if(prefix MATCHES \"/_CPack_Packages/\")
+        set(prefix /usr)
+      endif()
+      set(library_folder \"\${prefix}/\${library_folder}\")
+    endif()
+    file(REAL_PATH \"\${library_folder}\" library_folder)
+    foreach(library IN ITEMS styles styles-platform)
+      file(INSTALL DESTINATION \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${library_folder}\"
+        TYPE FILE RENAME \"lib\${library}.so.${PROJECT_VERSION}-gdb.py\"
+        FILES \"${PROJECT_SOURCE_DIR}/debugging/gdb/load_styles_printers.py\")
+    endforeach()"
+    COMPONENT development)
+endif()
 
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs)
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT docs)

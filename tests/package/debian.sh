@@ -14,8 +14,8 @@ fail() {
 }
 
 rm -rf "$work"
-mkdir -p "$work/root/var/lib/dpkg/"{info,updates,triggers}
-touch "$work/root/var/lib/dpkg/"{status,available}
+mkdir -p "$work/system/var/lib/dpkg/"{info,updates,triggers}
+touch "$work/system/var/lib/dpkg/"{status,available}
 (cd "$build" && cpack -G DEB -B "$work/packages" >"$work/cpack.log") || fail "$(cat "$work/cpack.log")"
 
 packages=("$work"/packages/*.deb)
@@ -28,19 +28,20 @@ done
 
 # The system's libraries are not packages of that root.
 root_dpkg() {
-    dpkg --root="$work/root" --force-not-root --force-depends --force-script-chrootless "$@" >>"$work/dpkg.log" 2>&1 ||
+    dpkg --root="$work/system" --force-not-root --force-depends --force-script-chrootless "$@" >>"$work/dpkg.log" 2>&1 ||
         fail "dpkg $1: $(cat "$work/dpkg.log")"
 }
 root_dpkg --install "${packages[@]}"
 
 for file in usr/bin/styles-inspect usr/lib/libstyles.so.1 usr/lib/libstyles.so usr/include/styles/Styles.h \
     usr/lib/pkgconfig/styles.pc usr/lib/cmake/styles/stylesConfig.cmake usr/share/doc/styles/README.md; do
-    [ -e "$work/root/$file" ] || fail "$file was not installed"
+    [ -e "$work/system/$file" ] || fail "$file was not installed"
 done
+compgen -G "$work/system/usr/share/gdb/auto-load/usr/lib/libstyles.so.*-gdb.py" >/dev/null || fail "gdb finds no printers"
 data=$source/examples/inspect/data
-"$work/root/usr/bin/styles-inspect" --schema "$data/drawing-schema.json" "$data/drawing-sheet.json" list >"$work/list"
+"$work/system/usr/bin/styles-inspect" --schema "$data/drawing-schema.json" "$data/drawing-sheet.json" list >"$work/list"
 grep -q 'Hauptstraße' "$work/list" || fail "styles-inspect lists no road"
 
 root_dpkg --purge "${names[@]}"
-left=$(find "$work/root" -path "$work/root/var" -prune -o -type f -print -o -type l -print)
+left=$(find "$work/system" -path "$work/system/var" -prune -o -type f -print -o -type l -print)
 [ -z "$left" ] || fail "left behind: $left"
