@@ -64,7 +64,7 @@ struct Span
 void Pair::ChangeText()
 {
     const Place place = AnyPlace();
-    const std::vector<PropertyKey> path = AnyPath(*place.model->category);
+    const std::vector<PropertyKey> path = AnyPath(*place.model);
     ModelStyle* reached = place.model;
     for (std::size_t index = 0; index + 1 < path.size(); ++index)
     {
@@ -157,7 +157,7 @@ void Pair::ChangeSubstyle()
 void Pair::ClearOne()
 {
     const Place place = AnyPlace();
-    const std::vector<PropertyKey> path = AnyPath(*place.model->category);
+    const std::vector<PropertyKey> path = AnyPath(*place.model);
     ModelStyle* reached = place.model;
     for (std::size_t index = 0; index + 1 < path.size() && reached != nullptr; ++index)
     {
@@ -170,7 +170,7 @@ void Pair::ClearOne()
 void Pair::RevertOne()
 {
     const Place place = AnyPlace();
-    const std::vector<PropertyKey> path = AnyPath(*place.model->category);
+    const std::vector<PropertyKey> path = AnyPath(*place.model);
     const bool force = OneIn(3);
     const ModelStyle* owner = place.model->owner;
     bool inherits = force || place.model->parent != nullptr || (owner != nullptr && owner->parent != nullptr);
@@ -216,7 +216,7 @@ void Pair::CopyPaths()
     {
         return;
     }
-    const std::vector<PropertyPath> paths = {AnyPath(*place.model->category)};
+    const std::vector<PropertyPath> paths = {AnyPath(*place.model)};
     CopyPath(*place.model, paths.front(), *source.model);
     OneIn(2) ? place.real->SetPathProperty(paths.front(), source.real) : place.real->SetProperties(paths, source.real);
 }

@@ -197,21 +197,29 @@ PropertyKey Pair::AnyKey(const ModelCategory& category)
     return AnyOf(category.definitions).key;
 }
 
-std::vector<PropertyKey> Pair::AnyPath(const ModelCategory& category)
+/// Along substyles that are there more often than not.
+std::vector<PropertyKey> Pair::AnyPath(const ModelStyle& style)
 {
     std::vector<PropertyKey> path;
-    const ModelCategory* reached = &category;
-    for (std::size_t depth = Below(3); depth > 0; --depth)
+    const ModelStyle* reached = &style;
+    const ModelCategory* category = style.category;
+    for (std::size_t depth = Below(4); depth > 0; --depth)
     {
-        const PropertyKey step = AnyKey(*reached, Kind::Substyle);
-        if (step == PropertyKey::Empty)
+        std::vector<ModelDefinition> steps = category->Those(Kind::Substyle);
+        if (reached != nullptr && !OneIn(4))
+        {
+            std::erase_if(steps, [reached](const ModelDefinition& step) { return Own(*reached, step.key) == nullptr; });
+        }
+        if (steps.empty())
         {
             break;
         }
-        path.push_back(step);
-        reached = reached->Of(step).element;
+        const ModelDefinition step = AnyOf(steps);
+        path.push_back(step.key);
+        reached = reached != nullptr ? OwnSubstyle(*reached, step.key) : nullptr;
+        category = step.element;
     }
-    path.push_back(OneIn(3) ? AnyKey(*reached) : AnyKey(*reached, Kind::Text));
+    path.push_back(OneIn(3) ? AnyKey(*category) : AnyKey(*category, Kind::Text));
     return path;
 }
 

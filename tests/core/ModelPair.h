@@ -84,7 +84,7 @@ private:
     /// The key of one of that kind, in `category`; empty when there is none.
     PropertyKey AnyKey(const ModelCategory& category, Kind kind);
     PropertyKey AnyKey(const ModelCategory& category);
-    std::vector<PropertyKey> AnyPath(const ModelCategory& category);
+    std::vector<PropertyKey> AnyPath(const ModelStyle& style);
     std::vector<Place> AnySpan();
 
     // The changes.
