@@ -24,6 +24,7 @@
 #include "StyleSheet.h"
 #include "StylesApi.h"
 #include "StylesFwd.h"
+#include "StylesIO.h"
 #include "SubStyle.h"
 #include "TextPolicy.h"
 #include "ValueValidators.h"

@@ -11,7 +11,7 @@ import tree
 
 FLOORS = {
     "StylesApi.h": 0, "StylesFwd.h": 0,
-    "Any.h": 1, "PropertyKey.h": 1,
+    "Any.h": 1, "PropertyKey.h": 1, "StylesIO.h": 1,
     "StyleProperty.h": 2, "TextPolicy.h": 2, "ValueValidators.h": 2,
     "StyleManager.h": 3,
     "Style.h": 4,

@@ -40,7 +40,8 @@ CLASSES = """
 COSTS = {
     "styles/Any.h": 37000, "styles/PropertyKey.h": 53000, "styles/Style.h": 64000, "styles/StyleManager.h": 64000,
     "styles/StyleOverrides.h": 64000, "styles/StylePresetManager.h": 64000, "styles/StyleProperty.h": 57500,
-    "styles/StyleSheet.h": 64000, "styles/Styles.h": 60000, "styles/StylesApi.h": 500, "styles/StylesFwd.h": 500, "styles/SubStyle.h": 64000,
+    "styles/StyleSheet.h": 64000, "styles/Styles.h": 60000,
+    "styles/StylesApi.h": 500, "styles/StylesFwd.h": 500, "styles/StylesIO.h": 1000, "styles/SubStyle.h": 64000,
     "styles/TextPolicy.h": 37000, "styles/ValueValidators.h": 37000, "VelPlatform/Module.h": 500,
     "VelPlatform/String.h": 27500, "VelPlatform/StringDetail.h": 27000, "VelPlatform/StringIO.h": 32500,
     "VelPlatform/Unicode.h": 15000, "VelPlatform/VelApi.h": 500, "VelPref/ConversionPolicy.h": 27500,
