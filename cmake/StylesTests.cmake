@@ -191,9 +191,9 @@ endfunction()
 
 # styles_add_house_tests()
 #
-# Tests of the tree itself, in Python, and the program of README.md, taken out of the page and compiled.
+# Tests of the tree itself, in Python, and of the pages, whose programs and examples are what they say.
 function(styles_add_house_tests)
-  foreach(script IN ITEMS include_order kept_behaviour guarantees words)
+  foreach(script IN ITEMS include_order kept_behaviour guarantees links words)
     add_test(NAME house/${script} COMMAND Python3::Interpreter -B ${CMAKE_CURRENT_SOURCE_DIR}/house/${script}.py)
     set_tests_properties(house/${script} PROPERTIES LABELS house)
   endforeach()
@@ -202,20 +202,31 @@ function(styles_add_house_tests)
   styles_add_interface_test(cost)
   styles_add_reference_test()
 
-  set(page ${PROJECT_SOURCE_DIR}/README.md)
-  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${page})
-  file(READ ${page} text)
-  if(NOT text MATCHES "```cpp\n([^`]*)```")
-    message(FATAL_ERROR "README.md has no program")
-  endif()
-  set(source ${CMAKE_CURRENT_BINARY_DIR}/readme_example.cpp)
-  file(CONFIGURE OUTPUT ${source} CONTENT "${CMAKE_MATCH_1}" @ONLY)
-  add_executable(readme_example ${source})
-  target_link_libraries(readme_example PRIVATE styles::styles)
-  add_test(NAME house/readme_example
-    COMMAND Python3::Interpreter -B ${CMAKE_CURRENT_SOURCE_DIR}/house/readme_example.py $<TARGET_FILE:readme_example>)
+  styles_add_page_program(readme README.md)
+  styles_add_page_program(using_it docs/using-it.md)
+  styles_add_page_program(document_format docs/document-format.md SOURCE house/pages/DocumentFormat.cpp LANGUAGE json)
+endfunction()
 
-  set_tests_properties(house/readme_example PROPERTIES LABELS house)
+# styles_add_page_program(<name> <page> [SOURCE <file>] [LANGUAGE <language>])
+#
+# Compiles the C++ that a page shows, or the source, and compares what it prints with what the page shows in that
+# language, which is text if none is given.
+function(styles_add_page_program name page)
+  cmake_parse_arguments(PARSE_ARGV 2 arg "" "SOURCE;LANGUAGE" "")
+  set(page ${PROJECT_SOURCE_DIR}/${page})
+  set(script ${CMAKE_CURRENT_SOURCE_DIR}/house/page_program.py)
+  if(NOT arg_SOURCE)
+    set(arg_SOURCE ${CMAKE_CURRENT_BINARY_DIR}/page_${name}.cpp)
+    add_custom_command(OUTPUT ${arg_SOURCE}
+      COMMAND Python3::Interpreter -B ${script} extract ${page} ${arg_SOURCE}
+      DEPENDS ${page} ${script}
+      VERBATIM)
+  endif()
+  add_executable(page_${name} ${arg_SOURCE})
+  target_link_libraries(page_${name} PRIVATE styles::styles)
+  add_test(NAME house/page_${name}
+    COMMAND Python3::Interpreter -B ${script} check ${page} $<TARGET_FILE:page_${name}> ${arg_LANGUAGE})
+  set_tests_properties(house/page_${name} PROPERTIES LABELS house)
 endfunction()
 
 # styles_add_interface_test(<what> [<argument>...])

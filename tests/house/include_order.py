@@ -1,6 +1,6 @@
 """The headers stand on each other like floors, and a header includes only what stands below it.
 
-The floors are those of CONTRIBUTING.md. Also checked: no public header includes a private one or the JSON
+The floors are those of docs/how-it-is-built.md. Also checked: no public header includes a private one or the JSON
 library, and one private source file alone knows that library.
 """
 
