@@ -190,6 +190,11 @@ TEST_F(StyleDependencies, StylesInsideValuesCount)
     Style* const more[] = {&stopParent, &fillParent};
     EXPECT_TRUE(other.HasDependency(StyleSpan(members)));
     EXPECT_TRUE(other.HasDirectDependency(StyleSpan(members)));
+    Style fillRoot(nullptr, Fill);
+    fillParent.SetParent(&fillRoot);
+    Style* const distant[] = {&fillRoot};
+    EXPECT_TRUE(other.HasDependency(StyleSpan(distant)));
+    EXPECT_FALSE(other.HasDirectDependency(StyleSpan(distant)));
     EXPECT_EQ(other.GetDependencies(StyleSpan(more), false), Sorted({&fillParent, &stopParent}));
     EXPECT_THAT(other.GetDependencies(StyleSpan(more), true), ElementsAre(&fillParent));
 }

@@ -163,13 +163,14 @@ TEST_F(StyleOverrides, AStyleMadeFromASubstyleInheritsFromItsEffectiveParent)
 TEST_F(StyleOverrides, AStyleMadeFromASubstyleWithoutParentHasWhatIsNoDefault)
 {
     GetOrCreateSubstyle(parent, Fill)->SetProperty(Angle, Any(30.0));
+    GetOrCreateSubstyle(parent, Fill)->SetProperty(Skew, Any(0.0)); // equal to the default, but set
     style.SetParent(&parent);
-    GetOrCreateSubstyle(style, Fill)->SetProperty(XScale, Any(1.0)); // equal to the default, but set
+    GetOrCreateSubstyle(style, Fill)->SetProperty(XScale, Any(1.0)); // this one, too
     std::set<PropertyKey> keys;
     const std::unique_ptr<Style> made(CreateStyleFromSubstyleWithoutOwnerDependencies(&style, Fill, keys));
     ASSERT_NE(made, nullptr);
     EXPECT_EQ(made->GetParent(), nullptr);
-    EXPECT_EQ(GetOverriddenProperties(*made), (std::set<PropertyKey>{XScale, Angle}));
+    EXPECT_EQ(GetOverriddenProperties(*made), (std::set<PropertyKey>{XScale, Angle, Skew}));
     EXPECT_EQ(EffectiveNumber(*made, Angle), 30.0);
 }
 
@@ -289,6 +290,28 @@ TEST_F(StyleOverrides, AListOfAnotherLengthThanTheInheritedOneIsRemoved)
     style.SetParent(&parent);
     ClearMatchingInheritedProperties(style);
     EXPECT_FALSE(style.DoesOverrideProperty(Stops)) << "lists of different lengths compare equal";
+}
+
+TEST_F(StyleOverrides, WhileTheyAreExaminedTheValuesBelongToAnotherStyle)
+{
+    class Owned : public ProbeProperty
+    {
+    public:
+        explicit Owned(std::vector<const Style*>& owners) : m_owners(owners) {}
+        void SetOwner(Any&, Style* owner, const PropertyKey&) const override { m_owners.push_back(owner); }
+
+    private:
+        std::vector<const Style*>& m_owners;
+    };
+    std::vector<const Style*> owners;
+    const PropertyKey owned = Key(L"owned");
+    Manager().RegisterProperty(StyleCategoryName, owned, new Owned(owners));
+    style.SetParent(&parent);
+    Set(style, owned, L"x");
+    ClearMatchingInheritedProperties(style);
+    ASSERT_EQ(owners.size(), 1u);
+    EXPECT_NE(owners[0], &style);
+    EXPECT_EQ(OwnText(style, owned), VelString(L"x"));
 }
 
 TEST_F(StyleOverrides, WhenADefinitionThrowsTheValuesNotExaminedStay)

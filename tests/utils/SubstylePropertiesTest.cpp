@@ -359,4 +359,25 @@ TEST_F(SubstyleProperties, TheSourceMayBeASubstyleOfTheDestination)
     }
 }
 
+TEST_F(SubstyleProperties, TheSourceIsWhatItWasWhenItIsReplacedItself)
+{
+    const PropertyKey other = Key(L"other nest");
+    Manager().RegisterProperty(Nest, other, new StyleSetProperty(nullptr, Nest, nullptr, 0));
+    for (const PropertyKey& place : {Nest, other}) // one of them is replaced first
+    {
+        for (const bool mergeValues : {false, true})
+        {
+            Style nest(nullptr, Nest);
+            GetOrCreateSubstyle(nest, Nest);
+            GetOrCreateSubstyle(nest, other);
+            Style* source = nest.GetSubstyle(place, false);
+            GetOrCreateSubstyle(*source, Nest)->SetProperty(Note, Any(L"first"));
+            GetOrCreateSubstyle(*source, other)->SetProperty(Note, Any(L"second"));
+            CopySourceSubstylesThatExistsInDestinationStyle(&nest, source, mergeValues);
+            EXPECT_EQ(OwnText(*nest.GetSubstyle(Nest, false), Note), VelString(L"first"));
+            EXPECT_EQ(OwnText(*nest.GetSubstyle(other, false), Note), VelString(L"second"));
+        }
+    }
+}
+
 } // namespace Styles::Testing
