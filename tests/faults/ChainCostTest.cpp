@@ -24,7 +24,7 @@ public:
         for (std::size_t index = 0; index < length; ++index)
         {
             auto style = std::make_unique<Style>(parent, StyleCategoryName);
-            style->SetProperty(Keys().number, Any(static_cast<double>(index)));
+            style->SetProperty(K().number, Any(static_cast<double>(index)));
             parent = style.get();
             styles.push_back(parent);
             const std::wstring name = L"Stil " + std::to_wstring(index);
@@ -167,7 +167,7 @@ TEST_F(ChainCost, OfRemovingAllDependenciesIsLinear)
     ExpectLinear([](const Chain& chain) {
         Style heir(chain.styles.back(), StyleCategoryName);
         heir.RemoveAllDependencies();
-        EXPECT_EQ(heir.GetProperty(Keys().number).Get<double>(), static_cast<double>(chain.styles.size() - 1));
+        EXPECT_EQ(heir.GetProperty(K().number).Get<double>(), static_cast<double>(chain.styles.size() - 1));
     });
 }
 
@@ -176,7 +176,7 @@ TEST_F(ChainCost, OfMeetingTheParentsOfSubstylesAndElementsIsLinear)
     ExpectLinear([](const Chain& chain) {
         Style style(nullptr, StyleCategoryName);
         FaultWorld::AddStops(style, 10, chain.styles.back());
-        style.GetSubstyleAndCreateIfMissing(Keys().fill, Keys().fill)->SetParent(chain.styles.back());
+        style.GetSubstyleAndCreateIfMissing(K().fill, K().fill)->SetParent(chain.styles.back());
         EXPECT_TRUE(style.HasDependency(chain.GetRoot()));
         EXPECT_EQ(style.GetDependencies(chain.GetRoot(), false).size(), 1u);
     });

@@ -37,7 +37,7 @@ const VelString& OtherDocument()
     static const VelString text = [] {
         W other;
         delete other.sheet.RemoveStyle(L"Fremd");
-        FaultWorld::Set(*other.sheet.GetStyle(L"Basis"), MakePath(Keys().fill, Keys().color), L"blau");
+        FaultWorld::Set(*other.sheet.GetStyle(L"Basis"), MakePath(K().fill, K().color), L"blau");
         other.sheet.SetExternalID(L"andere Tabelle");
         other.sheet.SetVersion(2);
         VelString document;
@@ -213,9 +213,9 @@ void MakeOther(W& w)
     w.other = std::make_unique<FaultySheet>();
     w.other->SetVersion(2);
     auto base = std::make_unique<Style>(nullptr, StyleCategoryName);
-    base->SetProperty(Keys().note, Any(VelString(L"kopierte Notiz")));
+    base->SetProperty(K().note, Any(VelString(L"kopierte Notiz")));
     auto heir = std::make_unique<Style>(base.get(), StyleCategoryName);
-    heir->GetSubstyleAndCreateIfMissing(Keys().fill, Keys().fill);
+    heir->GetSubstyleAndCreateIfMissing(K().fill, K().fill);
     w.other->AddStyle(VelString(L"Kopie"), base.release(), true);
     w.other->AddStyle(VelString(L"Erbe der Kopie"), heir.release(), true);
 }

@@ -49,7 +49,7 @@ class DocumentWorld
 public:
     DocumentWorld()
     {
-        const FaultKeys& k = Keys();
+        const FaultKeys& k = K();
         sheet.SetExternalID(L"diese Tabelle");
         Style* base = Add(L"Basis", nullptr, StyleCategoryName);
         Style* child = Add(L"Kind", base, StyleCategoryName);

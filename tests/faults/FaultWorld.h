@@ -22,7 +22,8 @@ struct FaultKeys
                       number = Key(L"number"), stops = Key(L"stops"), nests = Key(L"nests"), unknown = Key(L"unknown");
 };
 
-inline const FaultKeys& Keys()
+/// The keys; tests name many of them.
+inline const FaultKeys& K()
 {
     static const FaultKeys keys;
     return keys;
@@ -51,7 +52,7 @@ inline void RegisterFaultyList(const PropertyKey& category, const PropertyKey& n
 
 inline void RegisterFaultySchema()
 {
-    const FaultKeys& k = Keys();
+    const FaultKeys& k = K();
     Manager().Reset();
     Manager().SetCurrentVersion(3);
     Manager().RegisterCategory(k.fill, VelString(L"Fill"), true, true);
@@ -100,7 +101,7 @@ class FaultWorld
 public:
     FaultWorld()
     {
-        const FaultKeys& k = Keys();
+        const FaultKeys& k = K();
         ancestor = Add(L"Ur-Großmutter, die Älteste", nullptr, StyleCategoryName);
         base = Add(L"Basis für alle anderen", ancestor, StyleCategoryName);
         child = Add(L"Kind der Basis, übernommen", base, StyleCategoryName);
@@ -161,14 +162,14 @@ public:
         std::vector<Style> elements;
         for (int index = 0; index < count; ++index)
         {
-            elements.emplace_back(parent, Keys().stop).SetProperty(Keys().position, Any(0.25 * index));
+            elements.emplace_back(parent, K().stop).SetProperty(K().position, Any(0.25 * index));
         }
         std::vector<Style*> list;
         for (Style& element : elements)
         {
             list.push_back(&element);
         }
-        style.SetProperty(Keys().stops, Any(list));
+        style.SetProperty(K().stops, Any(list));
     }
 
     OpenSheet sheet;

@@ -27,11 +27,6 @@ TEST_P(HelperFaults, HoldWhatIsPromisedWhenADefinitionThrows)
     RunUnderFailures(GetParam(), /*byMemory*/ false);
 }
 
-const FaultKeys& K()
-{
-    return Keys();
-}
-
 /// Values of all kinds that equal the inherited ones, and some that do not.
 void Repeat(W& w)
 {

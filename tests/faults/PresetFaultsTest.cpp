@@ -53,12 +53,12 @@ class PresetWorld
 public:
     PresetWorld()
     {
-        style.SetProperty(Keys().note, Any(VelString(L"Notiz des neuen Presets")));
-        style.GetSubstyleAndCreateIfMissing(Keys().fill, Keys().fill);
+        style.SetProperty(K().note, Any(VelString(L"Notiz des neuen Presets")));
+        style.GetSubstyleAndCreateIfMissing(K().fill, K().fill);
         auto old = std::make_unique<Style>(nullptr, StyleCategoryName);
-        old->SetProperty(Keys().number, Any(2.0));
+        old->SetProperty(K().number, Any(2.0));
         auto heir = std::make_unique<Style>(old.get(), StyleCategoryName);
-        heir->SetProperty(Keys().note, Any(VelString(L"Notiz des Erben")));
+        heir->SetProperty(K().note, Any(VelString(L"Notiz des Erben")));
         presets.sheet->AddStyle(VelString(L"Alt"), old.release(), true);
         presets.sheet->AddStyle(VelString(L"Erbe"), heir.release(), true);
         std::ofstream(GetFile(), std::ios::trunc) << "alte Datei";

@@ -19,9 +19,9 @@ public:
     RegistryWorld()
     {
         Manager().Reset();
-        Manager().RegisterCategory(Keys().fill, VelString(L"Füllung, mit langem Namen"), true, true);
-        Manager().RegisterCategory(Keys().outline, VelString(L"Umriss, mit langem Namen"), true, true);
-        Manager().RegisterProperty(Keys().fill, Keys().color, MakeTextProperty(L"weiß"));
+        Manager().RegisterCategory(K().fill, VelString(L"Füllung, mit langem Namen"), true, true);
+        Manager().RegisterCategory(K().outline, VelString(L"Umriss, mit langem Namen"), true, true);
+        Manager().RegisterProperty(K().fill, K().color, MakeTextProperty(L"weiß"));
     }
     ~RegistryWorld() { Manager().Reset(); }
     RegistryWorld(const RegistryWorld&) = delete;
@@ -65,17 +65,17 @@ TEST_P(RegistryFaults, AreAllOrNothing)
 INSTANTIATE_TEST_SUITE_P(
     Registry, RegistryFaults,
     testing::Values(
-        Op{"RegisterCategory", [](W&) { Manager().RegisterCategory(Keys().nest, L"ein langer Name", false, true); }},
-        Op{"RegisterStyleSet", [](W&) { Manager().RegisterCategory(Keys().nest, L"ein langer Name", true, true); }},
+        Op{"RegisterCategory", [](W&) { Manager().RegisterCategory(K().nest, L"ein langer Name", false, true); }},
+        Op{"RegisterStyleSet", [](W&) { Manager().RegisterCategory(K().nest, L"ein langer Name", true, true); }},
         Op{"RegisterProperty",
            [](W&) {
                auto definition = std::make_unique<StyleProperty>(nullptr, VelString(L"ein langer Text"), nullptr, 0);
-               Manager().RegisterProperty(Keys().fill, Keys().note, definition.get());
+               Manager().RegisterProperty(K().fill, K().note, definition.get());
                definition.release();
            }},
         Op{"RegisterStyleCategory", [](W&) { RegisterStyleCategory(L"Grafikstil, mit langem Namen"); }},
-        Op{"RegisterSubstyleSet", [](W&) { RegisterSubstyleSet(Keys().fill, Keys().outline); }},
-        Op{"Deregister", [](W&) { Manager().DeregisterCategory(Keys().fill); }, Promise::ThrowsNothing},
+        Op{"RegisterSubstyleSet", [](W&) { RegisterSubstyleSet(K().fill, K().outline); }},
+        Op{"Deregister", [](W&) { Manager().DeregisterCategory(K().fill); }, Promise::ThrowsNothing},
         Op{"DeregisterStyleCategory", [](W&) { DeregisterStyleCategory(); }, Promise::ThrowsNothing, Promise::Unchanged,
            false, true, Promise::AllOrNothing, [](W&) { RegisterStyleCategory(L"Grafikstil, mit langem Namen"); }},
         Op{"ResetStyleManager", [](W&) { ResetStyleManager(); }, Promise::ThrowsNothing},
@@ -85,23 +85,23 @@ INSTANTIATE_TEST_SUITE_P(
         Op{"Ask",
            [](W&) {
                (void)Manager().GetCategoryNames();
-               (void)Manager().GetStylePropertyNames(Keys().fill);
+               (void)Manager().GetStylePropertyNames(K().fill);
                (void)Manager().CategoryExists(VelString(L"Füllung, mit langem Namen"));
                (void)Manager().UntranslateCategory(L"Umriss, mit langem Namen");
-               (void)Manager().TranslateCategory(Keys().fill);
-               (void)Manager().GetDefaultValue(Keys().fill, Keys().color);
+               (void)Manager().TranslateCategory(K().fill);
+               (void)Manager().GetDefaultValue(K().fill, K().color);
            }},
         Op{"AskForWhatIsMissing",
            [](W&) {
                try
                {
-                   (void)Manager().GetDefaultValue(Keys().fill, Keys().note);
+                   (void)Manager().GetDefaultValue(K().fill, K().note);
                }
                catch (const std::logic_error&)
                {}
                try
                {
-                   (void)Manager().GetCategory(Keys().nest);
+                   (void)Manager().GetCategory(K().nest);
                }
                catch (const std::logic_error&)
                {}
@@ -109,12 +109,12 @@ INSTANTIATE_TEST_SUITE_P(
         Op{"AskWithoutFailure",
            [](W&) {
                Manager().SetCurrentVersion(Manager().GetCurrentVersion());
-               (void)Manager().CategoryExists(Keys().fill);
-               (void)Manager().GetStyleProperty(Keys().fill, Keys().color);
-               (void)Manager().GetStyleProperty(Keys().nest, Keys().color);
-               (void)Manager().GetConversionPolicy(Keys().fill, Keys().color);
+               (void)Manager().CategoryExists(K().fill);
+               (void)Manager().GetStyleProperty(K().fill, K().color);
+               (void)Manager().GetStyleProperty(K().nest, K().color);
+               (void)Manager().GetConversionPolicy(K().fill, K().color);
                (void)Manager().GetStyleSetCategoryNames();
-               const auto category = Manager().GetCategory(Keys().fill);
+               const auto category = Manager().GetCategory(K().fill);
                (void)category->GetProperties();
                (void)category->GetPropertyNames();
                (void)category->IsPublic();
@@ -122,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(
            Promise::ThrowsNothing},
         Op{"CopyCategory",
            [](W&) {
-               const StyleCategory copy(*Manager().GetCategory(Keys().fill));
+               const StyleCategory copy(*Manager().GetCategory(K().fill));
                StyleCategory assigned;
                assigned = copy;
            }},

@@ -29,11 +29,6 @@ TEST_P(SheetFaults, HoldWhatIsPromisedWhenADefinitionThrows)
     RunUnderFailures(GetParam(), /*byMemory*/ false);
 }
 
-const FaultKeys& K()
-{
-    return Keys();
-}
-
 VelString NameOf(const W& w, const Style* style)
 {
     return w.sheet.GetStyleName(style);

@@ -27,11 +27,6 @@ TEST_P(StyleFaults, HoldWhatIsPromisedWhenADefinitionThrows)
     RunUnderFailures(GetParam(), /*byMemory*/ false);
 }
 
-const FaultKeys& K()
-{
-    return Keys();
-}
-
 Any Text(const wchar_t* text)
 {
     return Any(VelString(text));

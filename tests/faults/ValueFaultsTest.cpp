@@ -166,14 +166,14 @@ INSTANTIATE_TEST_SUITE_P(
                     Op{"MakeTemporaryStyleProperty", [](W&) { MakeDefinition<TemporaryStyleProperty>(Fragile(2), 0); }},
                     Op{"MakeStyleSetProperty",
                        [](W&) {
-                           auto substyle = std::make_unique<Style>(nullptr, Keys().fill);
+                           auto substyle = std::make_unique<Style>(nullptr, K().fill);
                            auto validator = std::make_unique<FaultyValidator>();
                            const auto definition =
-                               std::make_unique<StyleSetProperty>(validator.get(), Keys().fill, substyle.get(), 0);
+                               std::make_unique<StyleSetProperty>(validator.get(), K().fill, substyle.get(), 0);
                            validator.release();
                            substyle.release();
                        }},
-                    Op{"MakeStyleArrayProperty", [](W&) { MakeDefinition<StyleArrayProperty>(Keys().stop); }},
+                    Op{"MakeStyleArrayProperty", [](W&) { MakeDefinition<StyleArrayProperty>(K().stop); }},
                     Op{"CopyDefinitions",
                        [](W&) {
                            const StyleProperty plain(nullptr, VelString(L"ein langer Text"), nullptr, 0);
@@ -185,7 +185,7 @@ INSTANTIATE_TEST_SUITE_P(
                            const StyleArrayProperty list(nullptr, 0);
                            StyleArrayProperty listCopy(list);
                            listCopy = list;
-                           const StyleSetProperty substyle(nullptr, Keys().fill, nullptr, 0);
+                           const StyleSetProperty substyle(nullptr, K().fill, nullptr, 0);
                            StyleSetProperty substyleCopy(substyle);
                            substyleCopy = substyle;
                        }},
@@ -221,7 +221,7 @@ public:
     [[nodiscard]] Picture GetEffect() const { return {}; }
 
     Listening listening;
-    std::shared_ptr<StyleCategory> category = Manager().GetCategory(Keys().fill);
+    std::shared_ptr<StyleCategory> category = Manager().GetCategory(K().fill);
 };
 
 class LogFaults : public FaultsOf<ListeningWorld>
@@ -241,8 +241,8 @@ INSTANTIATE_TEST_SUITE_P(Registry, LogFaults,
                          testing::Values(Operation<ListeningWorld>{
                              "MissingDefinition",
                              [](ListeningWorld& w) {
-                                 EXPECT_EQ(w.category->GetStyleProperty(Keys().unknown), nullptr);
-                                 EXPECT_EQ(w.category->GetConversionPolicy(Keys().unknown), nullptr);
+                                 EXPECT_EQ(w.category->GetStyleProperty(K().unknown), nullptr);
+                                 EXPECT_EQ(w.category->GetConversionPolicy(K().unknown), nullptr);
                              },
                              Promise::ThrowsNothing, Promise::ThrowsNothing}),
                          OperationName());
