@@ -1,6 +1,10 @@
 /// \file
 /// Everything a host of the styles engine needs.
 ///
+/// \mainpage
+/// A host registers its properties with Styles::StyleManager, sets and reads them in Styles::Style, and keeps, writes
+/// and reads its styles in Styles::StyleSheet. The pages in the folder docs tell how it all fits together.
+///
 /// \namespace Styles
 /// The engine: styles, their definitions and categories, sheets and presets.
 ///

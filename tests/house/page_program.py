@@ -39,7 +39,7 @@ def check(page, program, wanted="text"):
     if not expected:
         sys.exit(f"{page}: shows nothing that a program prints")
     with tempfile.TemporaryDirectory() as folder:
-        run = subprocess.run([program], cwd=folder, capture_output=True, check=False)
+        run = subprocess.run([pathlib.Path(program).resolve()], cwd=folder, capture_output=True, check=False)
     printed = run.stdout.decode("utf-8", "replace")
     if run.returncode != 0:
         sys.exit(f"the program of {page} ends with status {run.returncode}: {run.stderr.decode('utf-8', 'replace')}")
