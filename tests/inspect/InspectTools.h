@@ -5,6 +5,7 @@
 
 #include "EffectiveValues.h"
 #include "Failure.h"
+#include "Output.h"
 #include "Program.h"
 #include "Sheet.h"
 
@@ -13,6 +14,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -147,16 +149,21 @@ inline std::vector<DataSet> DataSets()
 /// Effective values by path: of plain values and lists their texts, of substyles whether they are there.
 using Look = std::map<std::string, std::string>;
 
-/// What every style of a sheet looks like, by name.
-inline std::map<std::string, Look> LooksOf(const DataSet& data)
+/// What the styles of a sheet look like, by their names in quotes; of those with these names where some are given.
+inline std::map<std::string, Look> LooksOf(const DataSet& data, const std::set<std::string>& names = {})
 {
     OpenSheet open(data.schema, data.sheet);
     const Origins origins(open.Get());
     std::map<std::string, Look> looks;
     for (const Style* style : open.Get().GetStyles())
     {
+        const std::string name = origins.GetName(*style);
+        if (!names.empty() && !names.contains(name))
+        {
+            continue;
+        }
         bool isComplete = false;
-        Look& look = looks[origins.GetName(*style)];
+        Look& look = looks[name];
         for (const EffectiveValue& row : CollectEffectiveValues(origins, *style, isComplete))
         {
             const bool isSubstyle = row.value != nullptr && row.value->Is<Style*>();
@@ -213,6 +220,32 @@ inline DataSet SavedTo(const Support::TemporaryFolder& folder, const DataSet& da
     const DataSet saved{data.schema, folder / "saved.json", data.styleCount};
     OpenSheet(data.schema, data.sheet).Get().Save(Support::ToText(saved.sheet));
     return saved;
+}
+
+/// The names in quotes of a style and of all that depend on it: of those that a change of it could change.
+inline std::set<std::string> DependantsOf(const DataSet& data, const VelString& name)
+{
+    OpenSheet open(data.schema, data.sheet);
+    const std::vector<Style*> span{open.Get().GetStyle(name)};
+    std::vector<Style*> dependants;
+    open.Get().GetDependencies(span, dependants);
+    std::set<std::string> names{Quoted(name)};
+    for (const Style* style : dependants)
+    {
+        names.insert(Quoted(open.Get().GetStyleName(style)));
+    }
+    return names;
+}
+
+/// The looks of some of the styles.
+inline std::map<std::string, Look> Select(const std::map<std::string, Look>& looks, const std::set<std::string>& names)
+{
+    std::map<std::string, Look> selected;
+    for (const std::string& name : names)
+    {
+        selected[name] = looks.at(name);
+    }
+    return selected;
 }
 
 /// The names of the styles of a sheet.
