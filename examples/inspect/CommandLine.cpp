@@ -48,6 +48,12 @@ const std::vector<Command>& Commands()
          {"-o", "--lossy"},
          &RunDelete,
          /*takesMore*/ true},
+        {L"gallery",
+         "-o FILE.html [--look FILE]",
+         "a page that shows the styles as they look, with where their values come from",
+         0,
+         {"-o", "--look"},
+         &RunGallery},
         {L"export", "FILE", "writes the sheet to a file, - being the standard output", 1, {"--lossy"}, &RunExport}};
     return commands;
 }
@@ -69,6 +75,8 @@ std::string Help()
            "  --unset         set: takes the own value away, so that the style inherits again\n"
            "  -o FILE         set, flatten, delete: saves to this file instead of the sheet's own, - being the\n"
            "                  standard output\n"
+           "  -o FILE         gallery: the page is written there\n"
+           "  --look FILE     gallery: what the properties are in a drawing, where the schema does not say\n"
            "  --in-place      flatten: saves over the sheet's own file\n"
            "  --lossy         saves over a file also when it held what the schema does not know; flatten, delete:\n"
            "                  also when a style cannot look as before\n"
@@ -139,6 +147,11 @@ private:
         {
             m_line.request.outputPath = ValueOf(argument, equals);
             m_commandOptions.push_back("-o");
+        }
+        else if (name == L"--look")
+        {
+            m_line.request.lookPath = ValueOf(argument, equals);
+            m_commandOptions.push_back("--look");
         }
         else if (argument == L"--help" || argument == L"-h")
         {

@@ -16,6 +16,7 @@ struct Request
 {
     std::vector<VelString> arguments;
     VelString outputPath; ///< -o; empty for the file of the sheet itself
+    VelString lookPath;   ///< --look; empty for what the description of the schema says
     bool unset = false;
     bool noDefaults = false;
     bool lossy = false;
@@ -44,10 +45,14 @@ void RunOverrides(Session& session);
 void RunDependents(Session& session);
 void RunFlatten(Session& session);
 void RunDelete(Session& session);
+void RunGallery(Session& session);
 /// @}
 
 /// The style of that name. \throws Failure when there is none.
 [[nodiscard]] Styles::Style& FindStyle(const Sheet& sheet, const VelString& name);
+
+/// Whether both paths lead to one file that is there.
+[[nodiscard]] bool AreSameFile(const VelString& one, const VelString& other);
 
 /// Saves the sheet to `path`, "-" being `session.out`. Warns of what the document leaves out because of its version.
 /// \throws Failure when this would lose what the sheet's own file holds and the schema does not know (unless

@@ -100,6 +100,20 @@ std::string MessageAt(const VelString& file, const Place& place, const std::stri
     return Shown(file) + ": " + (place.GetText().empty() ? "" : place.GetText() + ": ") + message;
 }
 
+template <class T>
+const T& ValueAt(const VelString& file, const Json::Variant& value, const Place& place)
+{
+    if (const T* found = value.GetIf<T>())
+    {
+        return *found;
+    }
+    throw Failure(MessageAt(file, place, "is " + KindOf(value) + ", not " + KindOf(Json::Variant(T()))));
+}
+
+template const Json::Object& ValueAt(const VelString&, const Json::Variant&, const Place&);
+template const Json::Array& ValueAt(const VelString&, const Json::Variant&, const Place&);
+template const VelString& ValueAt(const VelString&, const Json::Variant&, const Place&);
+
 std::string KindOf(const Json::Variant& value)
 {
     if (value.Is<Json::Object>())

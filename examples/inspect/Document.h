@@ -45,6 +45,10 @@ private:
 /// A message about a place in a file: "sheet.json: style.Box.fill: no object".
 [[nodiscard]] std::string MessageAt(const VelString& file, const Place& place, const std::string& message);
 
+/// The value as a `T`: `Json::Object`, `Json::Array` or `VelString`. \throws Failure when it is something else.
+template <class T>
+[[nodiscard]] const T& ValueAt(const VelString& file, const Json::Variant& value, const Place& place);
+
 /// What kind of value it is, for messages: "a number", "an object".
 [[nodiscard]] std::string KindOf(const Json::Variant& value);
 

@@ -80,29 +80,17 @@ private:
 
     const Json::Object& ObjectAt(const Json::Variant& value, const Place& place) const
     {
-        if (const auto* object = value.GetIf<Json::Object>())
-        {
-            return *object;
-        }
-        Fail(place, "is " + KindOf(value) + ", not an object");
+        return ValueAt<Json::Object>(m_file, value, place);
     }
 
     const Json::Array& ArrayAt(const Json::Variant& value, const Place& place) const
     {
-        if (const auto* array = value.GetIf<Json::Array>())
-        {
-            return *array;
-        }
-        Fail(place, "is " + KindOf(value) + ", not an array");
+        return ValueAt<Json::Array>(m_file, value, place);
     }
 
     const VelString& TextAt(const Json::Variant& value, const Place& place) const
     {
-        if (const auto* text = value.GetIf<VelString>())
-        {
-            return *text;
-        }
-        Fail(place, "is " + KindOf(value) + ", not a text");
+        return ValueAt<VelString>(m_file, value, place);
     }
 
     const Json::Variant& MemberAt(const Json::Object& object, const Place& place, const wchar_t* name) const
@@ -208,7 +196,7 @@ private:
 
     Definition ReadDefinition(const Json::Object& object, const Place& place) const
     {
-        CheckMembers(object, place, {L"name", L"type", L"default", L"newSince", L"unit"});
+        CheckMembers(object, place, {L"name", L"type", L"default", L"newSince", L"unit", L"look"});
         const VelString& typeName = TextAt(object, place, L"type");
         const auto* const type = std::find_if(std::begin(PropertyTypes), std::end(PropertyTypes),
                                               [&](const PropertyType& known) { return typeName == known.name; });
@@ -259,7 +247,7 @@ private:
         {
             const Place place = sectionPlace.Element(index);
             const Json::Object& object = ObjectAt(*list.GetValue(index), place);
-            CheckMembers(object, place, {L"name", L"uiName", L"properties"});
+            CheckMembers(object, place, {L"name", L"uiName", L"properties", L"look"});
             const PropertyKey name =
                 KeyOf(TextAt(object, place, L"name"), place.Member(L"name"), {L"style", L"version", L"id"});
             Category category{name, TextAt(object, place, L"uiName"), areStyleSets, {}};
@@ -272,7 +260,7 @@ private:
     {
         const Place place = Place().Member(L"base");
         const Json::Object& object = ObjectAt(MemberAt(root, {}, L"base"), place);
-        CheckMembers(object, place, {L"name", L"uiName", L"properties"});
+        CheckMembers(object, place, {L"name", L"uiName", L"properties", L"look"});
         if (object.GetValue(VelString(L"name")) != nullptr && TextAt(object, place, L"name") != L"style")
         {
             Fail(place.Member(L"name"), "the base category is called \"style\"");
@@ -329,7 +317,7 @@ private:
     std::pair<PropertyKey, PropertyKey> ReadNames(const PropertyKey& category, const Json::Object& object,
                                                   const Place& place)
     {
-        CheckMembers(object, place, {L"name", L"elementCategory", L"newSince"});
+        CheckMembers(object, place, {L"name", L"elementCategory", L"newSince", L"look"});
         const PropertyKey name = AddName(category, TextAt(object, place, L"name"), place.Member(L"name"));
         return {name, KnownCategory(TextAt(object, place, L"elementCategory"), place.Member(L"elementCategory"))};
     }
@@ -363,9 +351,10 @@ private:
     std::map<PropertyKey, std::set<PropertyKey>> m_propertyNames;
 };
 
-Schema::Schema(const Document& description)
+Schema::Schema(const Document& description) : m_path(description.path)
 {
     SchemaReader(description.path, *this).Read(description.value);
+    m_looks.ReadSchema(description);
 }
 
 } // namespace Inspect

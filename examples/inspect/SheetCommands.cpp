@@ -11,8 +11,14 @@
 namespace Inspect
 {
 
-namespace
+Styles::Style& FindStyle(const Sheet& sheet, const VelString& name)
 {
+    if (Styles::Style* style = sheet.GetStyle(name))
+    {
+        return *style;
+    }
+    throw Failure(Shown(sheet.GetPath()) + ": there is no style " + Quoted(name) + "; `list` shows those there are");
+}
 
 bool AreSameFile(const VelString& one, const VelString& other)
 {
@@ -22,17 +28,6 @@ bool AreSameFile(const VelString& one, const VelString& other)
     };
     std::error_code ignored; // a file that is not there yet is no other
     return one == other || std::filesystem::equivalent(pathOf(one), pathOf(other), ignored);
-}
-
-} // namespace
-
-Styles::Style& FindStyle(const Sheet& sheet, const VelString& name)
-{
-    if (Styles::Style* style = sheet.GetStyle(name))
-    {
-        return *style;
-    }
-    throw Failure(Shown(sheet.GetPath()) + ": there is no style " + Quoted(name) + "; `list` shows those there are");
 }
 
 void SaveSheet(Session& session, const VelString& path)
