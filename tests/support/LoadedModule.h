@@ -4,9 +4,7 @@
 #include <filesystem>
 #include <utility>
 #if defined(_WIN32)
-#    define NOMINMAX
-#    define WIN32_LEAN_AND_MEAN
-#    include <windows.h>
+#    include "support/WindowsHeader.h"
 #else
 #    include <dlfcn.h>
 #endif

@@ -4,13 +4,11 @@
 #if defined(_WIN32)
 
 #    include "support/TemporaryFolder.h"
+#    include "support/WindowsHeader.h"
 
-#    define NOMINMAX
-#    define WIN32_LEAN_AND_MEAN
 #    include <filesystem>
 #    include <string>
 #    include <vector>
-#    include <windows.h>
 
 namespace Support
 {
