@@ -53,7 +53,9 @@ const std::vector<Command>& Commands()
          "a page that shows the styles as they look, with where their values come from",
          0,
          {"-o", "--look"},
-         &RunGallery},
+         &RunGallery,
+         /*takesMore*/ false,
+         /*needsOutput*/ true},
         {L"export", "FILE", "writes the sheet to a file, - being the standard output", 1, {"--lossy"}, &RunExport}};
     return commands;
 }
@@ -222,7 +224,8 @@ private:
         m_line.request.arguments.assign(m_words.begin() + 2, m_words.end());
         const std::size_t count = m_line.request.arguments.size() + (m_line.request.unset ? 1 : 0);
         const bool excludeEachOther = m_line.request.inPlace && !m_line.request.outputPath.empty();
-        if (count < command->argumentCount || (count > command->argumentCount && !command->takesMore) ||
+        const bool lacksOutput = command->needsOutput && m_line.request.outputPath.empty();
+        if (lacksOutput || count < command->argumentCount || (count > command->argumentCount && !command->takesMore) ||
             excludeEachOther)
         {
             Refuse("the command " + Quoted(command->name) + " takes " +

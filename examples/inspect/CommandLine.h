@@ -20,6 +20,7 @@ struct Command
     std::vector<std::string> options; ///< that this command takes
     void (*run)(Session& session);
     bool takesMore = false;
+    bool needsOutput = false; ///< -o has to be given
 };
 
 /// A command line that makes sense.

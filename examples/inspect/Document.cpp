@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <string_view>
 #include <utility>
 
@@ -54,6 +55,30 @@ std::size_t FirstMalformedLine(std::string_view bytes)
     }
 }
 
+/// Takes "Line 3, column 7: " off a message of the JSON reader. The message as it is, where it begins otherwise.
+std::string SplitPosition(const std::string& message, TextPosition& position)
+{
+    const auto takeNumber = [&message](std::size_t& at, std::string_view before, std::size_t& number) {
+        if (message.compare(at, before.size(), before) != 0)
+        {
+            return false;
+        }
+        const char* const begin = message.data() + at + before.size();
+        const auto [end, error] = std::from_chars(begin, message.data() + message.size(), number);
+        at = static_cast<std::size_t>(end - message.data());
+        return error == std::errc();
+    };
+    std::size_t at = 0;
+    TextPosition found;
+    if (!takeNumber(at, "Line ", found.line) || !takeNumber(at, ", column ", found.column) ||
+        message.compare(at, 2, ": ") != 0)
+    {
+        return message;
+    }
+    position = found;
+    return message.substr(at + 2);
+}
+
 bool IsPlain(const VelString& name)
 {
     return !name.empty() && std::all_of(name.begin(), name.end(), [](wchar_t c) {
@@ -71,12 +96,17 @@ Document ReadDocument(const VelString& path)
     const VelString text = reader.ReadToEnd();
     if (reader.Failed())
     {
-        throw Failure(Shown(path) + ": line " + std::to_string(FirstMalformedLine(document.bytes)) + " is no UTF-8");
+        const std::size_t line = FirstMalformedLine(document.bytes);
+        throw MalformedDocument(Shown(path) + ": line " + std::to_string(line) + " is no UTF-8",
+                                MalformedDocument::Kind::Text, {line, 1}, "the line is no UTF-8");
     }
     VelString error;
     if (!Json::Parse(text, document.value, error))
     {
-        throw Failure(Shown(path) + ": " + Shown(error));
+        const std::string message = Shown(error);
+        TextPosition position;
+        const std::string reason = SplitPosition(message, position);
+        throw MalformedDocument(Shown(path) + ": " + message, MalformedDocument::Kind::Json, position, reason);
     }
     return document;
 }
@@ -92,6 +122,13 @@ Place Place::Element(std::size_t index) const
 {
     Place place;
     place.m_text = m_text + '[' + std::to_string(index) + ']';
+    return place;
+}
+
+Place Place::Omission() const
+{
+    Place place;
+    place.m_text = m_text + ".\u2026";
     return place;
 }
 

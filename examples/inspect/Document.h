@@ -2,6 +2,8 @@
 /// A JSON file: its bytes, its value, and how a place in it is called.
 #pragma once
 
+#include "Failure.h"
+
 #include <VelUtils/Json.h>
 
 #include <cstddef>
@@ -22,7 +24,40 @@ struct Document
     Json::Variant value;
 };
 
-/// Reads a file whole. \throws Failure when it cannot be read, is no UTF-8 or no JSON; the message says in what line.
+/// A place in a text. Both count from 1, columns in characters.
+struct TextPosition
+{
+    std::size_t line = 1;
+    std::size_t column = 1;
+};
+
+/// A file is there, and is no document.
+class MalformedDocument : public Failure
+{
+public:
+    enum class Kind
+    {
+        Text, ///< it is no UTF-8; only the line is known
+        Json
+    };
+
+    MalformedDocument(const std::string& message, Kind kind, TextPosition position, std::string reason)
+        : Failure(message), m_kind(kind), m_position(position), m_reason(std::move(reason))
+    {}
+
+    [[nodiscard]] Kind GetKind() const noexcept { return m_kind; }
+    [[nodiscard]] TextPosition GetPosition() const noexcept { return m_position; }
+    /// The message without file and position.
+    [[nodiscard]] const std::string& GetReason() const noexcept { return m_reason; }
+
+private:
+    Kind m_kind;
+    TextPosition m_position;
+    std::string m_reason;
+};
+
+/// Reads a file whole. \throws Failure when it cannot be read, `MalformedDocument` when it is no UTF-8 or no JSON; the
+/// message says in what line.
 [[nodiscard]] Document ReadDocument(const VelString& path);
 
 /// Where a value stands in a document: style."Blue box".fill.stops[2]
@@ -34,6 +69,8 @@ public:
 
     [[nodiscard]] Place Member(const VelString& name) const;
     [[nodiscard]] Place Element(std::size_t index) const;
+    /// Some steps further, which are not told.
+    [[nodiscard]] Place Omission() const;
 
     /// Ready to be shown; empty for the document itself.
     [[nodiscard]] const std::string& GetText() const noexcept { return m_text; }

@@ -8,9 +8,11 @@
 
 #include <VelUtils/Stream.h>
 
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace Inspect
 {
@@ -102,10 +104,6 @@ std::string MakePage(const Session& session, const Looks& looks)
 void CheckOutput(const Session& session)
 {
     const Request& request = session.request;
-    if (request.outputPath.empty())
-    {
-        throw Failure("the command \"gallery\" needs -o FILE.html, where the page is written", Status::BadUsage);
-    }
     for (const VelString& input : {session.sheet.GetPath(), session.schema.GetPath(), request.lookPath})
     {
         if (!input.empty() && AreSameFile(input, request.outputPath))

@@ -1,8 +1,10 @@
 #include "SheetCheck.h"
 
 #include "Output.h"
+#include "Progress.h"
 
-#include <algorithm>
+#include <styles/TextPolicy.h>
+
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -23,57 +25,48 @@ const Styles::StyleManager& Manager()
     return VelUtils::Singleton<Styles::StyleManager, 0>::GetInstance();
 }
 
-CategoryPointer FindCategory(const PropertyKey& name)
-{
-    return Manager().CategoryExists(name) ? Manager().GetCategory(name) : nullptr;
-}
-
 class Checker
 {
 public:
-    Checker(const Document& document, const Styles::StyleSheet& sheet) : m_file(document.path), m_sheet(sheet) {}
+    Checker(const CheckedDocument& checked, const Styles::StyleSheet& sheet) : m_checked(checked), m_sheet(sheet) {}
 
-    SheetReport Check(const Json::Variant& document)
+    std::vector<Finding> Check()
     {
+        const Json::Variant& document = m_checked.document.value;
+        const Spot spot(m_checked.positions);
         const auto* root = document.GetIf<Json::Object>();
         if (root == nullptr)
         {
-            AddMistake({}, "a sheet is an object, not " + KindOf(document));
-            return m_report;
+            Add(Rules::BadShape, spot, "a sheet is an object, not " + KindOf(document));
+            return std::move(m_findings);
         }
-        // A style may name a parent that comes later.
+        // A style may name a parent that comes later, and the version may stand anywhere.
         for (std::size_t index = 0; index < root->GetSize(); ++index)
         {
-            CollectNames(root->GetValueName(index), *root->GetValue(index));
+            CollectNames(root->GetValueName(index), *root->GetValue(index), spot.Member(*root, index));
         }
+        const ProgressPhase phase(m_checked.progress, "checking", m_names.size());
         for (std::size_t index = 0; index < root->GetSize(); ++index)
         {
-            CheckBlock(root->GetValueName(index), *root->GetValue(index));
+            CheckBlock(root->GetValueName(index), *root->GetValue(index), spot.Member(*root, index));
         }
-        return m_report;
+        return std::move(m_findings);
     }
 
 private:
-    void AddMistake(const Place& place, const std::string& message)
+    void Add(const Rule& rule, const Spot& spot, std::string message)
     {
-        m_report.mistakes.push_back(MessageAt(m_file, place, message));
+        m_findings.push_back({&rule, spot.GetPlace(), spot.GetPosition(), std::move(message)});
     }
 
-    void AddLoss(const Place& place, const std::string& message)
-    {
-        m_report.losses.push_back(MessageAt(m_file, place, message));
-    }
-
-    void AddWarning(const Place& place, const std::string& message)
-    {
-        m_report.warnings.push_back(MessageAt(m_file, place, message));
-    }
-
-    void CollectNames(const VelString& category, const Json::Variant& value)
+    void CollectNames(const VelString& category, const Json::Variant& value, const Spot& spot)
     {
         const auto* block = value.GetIf<Json::Object>();
         if (block == nullptr || !Manager().CategoryExists(category))
         {
+            m_version = block == nullptr && category == L"version" && IsVersion(value)
+                            ? static_cast<int>(value.Get<double>())
+                            : m_version;
             return;
         }
         for (std::size_t index = 0; index < block->GetSize(); ++index)
@@ -81,192 +74,267 @@ private:
             const auto [found, isNew] = m_names.insert(block->GetValueName(index));
             if (!isNew)
             {
-                AddMistake(Place().Member(category).Member(block->GetValueName(index)),
-                           "there is a style " + Quoted(*found) + " already; case makes no difference");
+                Add(Rules::RepeatedName, spot.Member(*block, index),
+                    "there is a style " + Quoted(*found) + " already; case makes no difference");
             }
         }
     }
 
-    void CheckBlock(const VelString& name, const Json::Variant& value)
+    void CheckBlock(const VelString& name, const Json::Variant& value, const Spot& spot)
     {
-        const Place place = Place().Member(name);
         const auto* block = value.GetIf<Json::Object>();
         if (block == nullptr)
         {
-            CheckHeading(name, value, place);
+            CheckHeading(name, value, spot);
         }
-        else if (const CategoryPointer category = FindCategory(PropertyKey(name)))
+        else if (const CategoryPointer category = FindCategory(name))
         {
             for (std::size_t index = 0; index < block->GetSize(); ++index)
             {
-                const Place stylePlace = place.Member(block->GetValueName(index));
+                const Spot styleSpot = spot.Member(*block, index);
                 if (const auto* style = block->GetValue(index)->GetIf<Json::Object>())
                 {
-                    CheckStyle(*category, *style, stylePlace);
-                    CheckSelf(block->GetValueName(index), *style, stylePlace);
+                    CheckStyle(*category, *style, styleSpot);
+                    CheckSelf(block->GetValueName(index), *style, styleSpot);
                 }
                 else
                 {
-                    AddMistake(stylePlace, "a style is an object, not " + KindOf(*block->GetValue(index)));
+                    Add(Rules::BadShape, styleSpot, "a style is an object, not " + KindOf(*block->GetValue(index)));
                 }
+                Step(m_checked.progress);
             }
         }
         else
         {
-            AddLoss(place, "the schema has no such category; " + Counted(block->GetSize(), "style") + " passed over");
+            Add(Rules::UnknownCategory, spot,
+                "the schema has no such category; " + Counted(block->GetSize(), "style") + " passed over");
         }
     }
 
-    void CheckHeading(const VelString& name, const Json::Variant& value, const Place& place)
+    static bool IsVersion(const Json::Variant& value)
+    {
+        const auto* number = value.GetIf<double>();
+        return number != nullptr && *number == std::trunc(*number) && *number >= 0 &&
+               *number <= std::numeric_limits<int>::max();
+    }
+
+    void CheckHeading(const VelString& name, const Json::Variant& value, const Spot& spot)
     {
         if (name == L"version")
         {
-            const auto* number = value.GetIf<double>();
-            if (number == nullptr || *number != std::trunc(*number) || *number < 0 ||
-                *number > std::numeric_limits<int>::max())
+            if (!IsVersion(value))
             {
-                AddLoss(place, "is no version");
+                Add(Rules::BadVersion, spot, "is no version");
+            }
+            else if (m_version > Manager().GetCurrentVersion())
+            {
+                Add(Rules::NewerVersion, spot,
+                    "the sheet has version " + std::to_string(m_version) + ", and the schema " +
+                        std::to_string(Manager().GetCurrentVersion()));
             }
         }
         else if (name != L"id" || !value.Is<VelString>())
         {
-            AddLoss(place, "means nothing as " + KindOf(value));
+            Add(Rules::UnknownMember, spot, "means nothing as " + KindOf(value));
         }
     }
 
-    void CheckStyle(const Styles::StyleCategory& category, const Json::Object& style, const Place& place)
+    void CheckStyle(const Styles::StyleCategory& category, const Json::Object& style, const Spot& spot)
     {
         for (std::size_t index = 0; index < style.GetSize(); ++index)
         {
-            CheckMember(category, style.GetValueName(index), *style.GetValue(index),
-                        place.Member(style.GetValueName(index)));
+            CheckMember(category, style.GetValueName(index), *style.GetValue(index), spot.Member(style, index));
         }
     }
 
-    void CheckSelf(const VelString& name, const Json::Object& style, const Place& place)
+    void CheckSelf(const VelString& name, const Json::Object& style, const Spot& spot)
     {
-        const VelString member(L"inherits");
-        const Json::Variant* inherits = style.GetValue(member);
-        const auto* parent = inherits != nullptr ? inherits->GetIf<VelString>() : nullptr;
-        if (parent != nullptr && parent->CompareNoCase(name) == 0)
+        for (std::size_t index = 0; index < style.GetSize(); ++index)
         {
-            AddWarning(place.Member(member), "a style does not inherit from itself");
+            const auto* parent = style.GetValue(index)->GetIf<VelString>();
+            if (parent != nullptr && style.GetValueName(index) == L"inherits" && parent->CompareNoCase(name) == 0)
+            {
+                Add(Rules::OwnParent, spot.Member(style, index), "a style does not inherit from itself");
+            }
         }
     }
 
     void CheckMember(const Styles::StyleCategory& category, const VelString& name, const Json::Variant& value,
-                     const Place& place)
+                     const Spot& spot)
     {
         if (name == L"inherits" || name == L"id" || name == L"original")
         {
-            CheckIdentity(name, value, place);
+            CheckIdentity(name, value, spot);
             return;
         }
         const auto entry = category.GetProperties().find(PropertyKey(name));
         if (entry == category.GetProperties().end())
         {
-            AddLoss(place, "the schema has no such property");
+            Add(Rules::UnknownProperty, spot, "the schema has no such property");
             return;
         }
         Styles::BaseStyleProperty& definition = *entry->second;
-        if (definition.IsSubstyle())
+        if (definition.GetNewSinceVersion() > m_version)
         {
-            CheckSubstyle(definition.GetElementCategoryName(), value, place);
+            Add(Rules::NewerProperty, spot,
+                "new since version " + std::to_string(definition.GetNewSinceVersion()) + ", and the sheet has version " +
+                    std::to_string(m_version) + ": writing leaves it out");
+        }
+        if (value.Is<Json::NullType>())
+        {
+            Add(Rules::NullValue, spot, "null is no value");
+        }
+        else if (definition.IsSubstyle())
+        {
+            CheckSubstyle(definition.GetElementCategoryName(), value, spot);
         }
         else if (definition.GetDefaultValue().Is<std::vector<Style*>>())
         {
             const PropertyKey elements = definition.GetElementCategoryName();
-            CheckList(elements == PropertyKey::Empty ? category.GetCategoryName() : elements, value, place);
+            CheckList(elements == PropertyKey::Empty ? category.GetCategoryName() : elements, value, spot);
         }
         else
         {
-            CheckValue(category.GetCategoryName(), entry->first, definition, value, place);
+            CheckValue(category.GetCategoryName(), entry->first, definition, value, spot);
         }
     }
 
-    void CheckIdentity(const VelString& name, const Json::Variant& value, const Place& place)
+    void CheckIdentity(const VelString& name, const Json::Variant& value, const Spot& spot)
     {
         const auto* text = value.GetIf<VelString>();
         if (text == nullptr)
         {
-            AddLoss(place, "is " + KindOf(value) + ", not a text");
+            Add(Rules::WrongType, spot, "is " + KindOf(value) + ", not a text");
         }
-        else if (name == L"inherits" && !text->empty() && !m_names.contains(*text))
+        else if (text->empty())
         {
-            AddWarning(place, "there is no style " + Quoted(*text) + " to inherit from");
+            Add(Rules::EmptyMember, spot, "means nothing while it is empty");
         }
-    }
-
-    void CheckSubstyle(const PropertyKey& categoryName, const Json::Variant& value, const Place& place)
-    {
-        if (const auto* object = value.GetIf<Json::Object>())
+        else if (name == L"inherits" && !m_names.contains(*text))
         {
-            if (const CategoryPointer category = FindCategory(categoryName))
-            {
-                CheckStyle(*category, *object, place);
-            }
-        }
-        else if (!value.Is<Json::NullType>())
-        {
-            AddLoss(place, "is " + KindOf(value) + ", not an object");
+            Add(Rules::UnknownParent, spot, "there is no style " + Quoted(*text) + " to inherit from");
         }
     }
 
-    void CheckList(const PropertyKey& categoryName, const Json::Variant& value, const Place& place)
+    void CheckSubstyle(const PropertyKey& categoryName, const Json::Variant& value, const Spot& spot)
     {
-        if (const auto* list = value.GetIf<Json::Array>())
+        const auto* object = value.GetIf<Json::Object>();
+        if (object == nullptr)
         {
-            for (std::size_t index = 0; index < list->GetSize(); ++index)
-            {
-                CheckSubstyle(categoryName, *list->GetValue(index), place.Element(index));
-            }
+            Add(Rules::WrongType, spot, "is " + KindOf(value) + ", not an object");
         }
-        else if (!value.Is<Json::NullType>())
+        else if (const CategoryPointer category = FindCategory(categoryName.GetText()))
         {
-            AddLoss(place, "is " + KindOf(value) + ", not an array");
+            CheckStyle(*category, *object, spot);
+        }
+    }
+
+    void CheckList(const PropertyKey& categoryName, const Json::Variant& value, const Spot& spot)
+    {
+        const auto* list = value.GetIf<Json::Array>();
+        if (list == nullptr)
+        {
+            Add(Rules::WrongType, spot, "is " + KindOf(value) + ", not an array");
+            return;
+        }
+        for (std::size_t index = 0; index < list->GetSize(); ++index)
+        {
+            const Spot element = spot.Element(index);
+            if (list->GetValue(index)->Is<Json::NullType>())
+            {
+                Add(Rules::NullValue, element, "null is no style");
+            }
+            else
+            {
+                CheckSubstyle(categoryName, *list->GetValue(index), element);
+            }
         }
     }
 
     void CheckValue(const PropertyKey& category, const PropertyKey& key, const Styles::BaseStyleProperty& definition,
-                    const Json::Variant& value, const Place& place)
+                    const Json::Variant& value, const Spot& spot)
     {
         Style style(nullptr, category);
+        const auto* text = value.GetIf<VelString>();
         try
         {
             if (!definition.Deserialize(m_sheet, &style, &value))
             {
-                if (!value.Is<Json::NullType>())
-                {
-                    AddLoss(place, KindOf(value) + " is no value");
-                }
+                Add(Rules::WrongType, spot, KindOf(value) + " is no value");
                 return;
             }
         }
         catch (const VelPref::Detail::BadConversion& error)
         {
-            const auto* text = value.GetIf<VelString>();
-            AddMistake(place, (text != nullptr ? Quoted(*text) : KindOf(value)) + " is no value: " + error.what());
+            Add(Rules::BadValue, spot,
+                (text != nullptr ? Quoted(*text) : KindOf(value)) + " is no value: " + error.what());
             return;
+        }
+        if (text != nullptr)
+        {
+            CheckText(definition, *text, style.GetProperty(key), spot);
         }
         const auto* written = value.GetIf<double>();
         const auto* read = style.GetProperty(key).GetIf<double>();
         if (written != nullptr && read != nullptr && *written != *read)
         {
-            AddWarning(place, "a number is read to six digits; a text would keep them all");
+            Add(Rules::RoundedNumber, spot, "a number is read to six digits; a text would keep them all");
         }
     }
 
-    const VelString& m_file;
+    /// Some properties take a neutral value in the place of a text that cannot be read.
+    void CheckText(const Styles::BaseStyleProperty& definition, const VelString& text, const Styles::Any& read,
+                   const Spot& spot)
+    {
+        const auto* policy = definition.GetConversionPolicy();
+        try
+        {
+            static_cast<void>(policy != nullptr ? policy->FromText(text) : Styles::Any());
+        }
+        catch (const VelPref::Detail::BadConversion&)
+        {
+            const auto* number = read.GetIf<double>();
+            Add(Rules::ReplacedValue, spot,
+                Quoted(text) + " is no value" +
+                    (number != nullptr ? "; it is read as " + Shown(Styles::TextPolicy<double>().ToText(read)) : ""));
+        }
+    }
+
+    const CheckedDocument& m_checked;
     const Styles::StyleSheet& m_sheet;
     std::set<VelString, VelUtils::String::LessThanCaseInsensitive> m_names;
-    SheetReport m_report;
+    int m_version = 0; // a sheet that tells none has this one
+    std::vector<Finding> m_findings;
 };
 
 } // namespace
 
-SheetReport CheckSheet(const Document& document, const Styles::StyleSheet& sheet)
+CategoryPointer FindCategory(const VelString& name)
 {
-    return Checker(document, sheet).Check(document.value);
+    return Manager().CategoryExists(name) ? Manager().GetCategory(PropertyKey(name)) : nullptr;
+}
+
+const char* NameOf(Severity severity)
+{
+    return severity == Severity::Error ? "error" : severity == Severity::Warning ? "warning" : "hint";
+}
+
+std::vector<Finding> CheckSheet(const CheckedDocument& checked, const Styles::StyleSheet& sheet)
+{
+    return Checker(checked, sheet).Check();
+}
+
+std::vector<std::string> MessagesOf(const VelString& file, const std::vector<Finding>& findings, Effect effect)
+{
+    std::vector<std::string> messages;
+    for (const Finding& finding : findings)
+    {
+        if (finding.rule->effect == effect)
+        {
+            messages.push_back(MessageAt(file, finding.place, finding.message));
+        }
+    }
+    return messages;
 }
 
 } // namespace Inspect

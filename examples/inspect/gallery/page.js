@@ -12,23 +12,31 @@ function scrollInto(element) {
   element.scrollIntoView({ block: "nearest", inline: "nearest" });
 }
 
+const styleOf = (tile) => Number(tile.dataset.style);
+
 /** Swatches are drawn when they are about to be seen. */
 const drawer = new IntersectionObserver((entries) => {
   for (const entry of entries) {
     if (entry.isIntersecting) {
       drawer.unobserve(entry.target);
-      entry.target.querySelector(".paper").append(swatchOf(entry.target.style_));
+      entry.target.querySelector(".paper").append(swatchOf(styleOf(entry.target)));
     }
   }
 }, { rootMargin: "300px" });
 
 function buildTile(style) {
   const { name, parent } = styles[style];
-  const tile = make("div", { role: "option", id: `style-${style}`, tabindex: "-1", "aria-selected": "false", class: "tile" },
+  const tile = make("div", {
+    role: "option",
+    "data-style": style,
+    tabindex: "-1",
+    "aria-selected": "false",
+    "aria-label": (name || "(no name)") + (parent === undefined ? "" : `, inherits ${styles[parent].name}`),
+    class: "tile",
+  },
     make("div", { class: "paper" }),
     make("div", { class: "name", dir: "auto", title: name }, name || "(no name)"),
     make("div", { class: "parent" }, ...(parent === undefined ? [] : ["inherits ", nameOf(parent)])));
-  tile.style_ = style;
   tiles[style] = tile;
   drawer.observe(tile);
   return tile;
@@ -36,7 +44,7 @@ function buildTile(style) {
 
 function buildGrid() {
   categories.forEach((category, number) => {
-    const members = styles.map((style, index) => index).filter((index) => styles[index].category === number);
+    const members = [...styles.keys()].filter((style) => styles[style].category === number);
     if (members.length === 0) {
       return;
     }
@@ -120,7 +128,7 @@ grid.addEventListener("keydown", (event) => {
   const next = event.key === "Enter" || event.key === " " ? tile : neighbourOf(tile, event.key);
   if (next !== undefined) {
     event.preventDefault();
-    select(next.style_, "grid");
+    select(styleOf(next), "grid");
     next.focus();
     scrollInto(next);
   }
@@ -129,7 +137,7 @@ grid.addEventListener("keydown", (event) => {
 grid.addEventListener("click", (event) => {
   const tile = event.target.closest("[role=option]");
   if (tile !== null) {
-    select(tile.style_, "grid");
+    select(styleOf(tile), "grid");
     tile.focus({ preventScroll: true });
   }
 });
@@ -138,7 +146,7 @@ grid.addEventListener("click", (event) => {
 function find() {
   const wanted = search.value.trim().toLocaleLowerCase();
   currentMatches = wanted === "" ? null
-    : new Set(styles.map((style, index) => index).filter((index) => searchTexts[index].includes(wanted)));
+    : new Set([...styles.keys()].filter((style) => searchTexts[style].includes(wanted)));
   tiles.forEach((tile, style) => {
     tile.hidden = currentMatches !== null && !currentMatches.has(style);
   });
@@ -165,7 +173,7 @@ search.addEventListener("keydown", (event) => {
     const first = grid.querySelector("[role=option]:not([hidden])");
     if (first !== null) {
       event.preventDefault();
-      select(first.style_, "grid");
+      select(styleOf(first), "grid");
       first.focus();
       scrollInto(first);
     }

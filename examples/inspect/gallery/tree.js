@@ -6,12 +6,14 @@ const DEEPEST_INDENT = 10;
 /** The nodes from top to bottom: categories, and in them styles, each before those that inherit from it. */
 const treeNodes = [];
 const nodeOfStyle = new Map();
+const roots = [];
 
 function addNode(node) {
   node.children = [];
   node.isOpen = true;
   node.level = node.parent === null ? 1 : node.parent.level + 1;
-  node.parent?.children.push(node);
+  node.siblings = node.parent === null ? roots : node.parent.children;
+  node.position = node.siblings.push(node);
   treeNodes.push(node);
   if (node.style !== undefined) {
     nodeOfStyle.set(node.style, node);
@@ -34,15 +36,24 @@ function addStyles(root, parent) {
   }
 }
 
+/** The styles that end in one without a parent; all others are in closed chains, or inherit from one. */
+const rooted = new Set(styles.keys());
+for (const style of rooted) {
+  if (styles[style].parent !== undefined) {
+    rooted.delete(style);
+  }
+}
+for (const style of rooted) {
+  heirs[style].forEach((heir) => rooted.add(heir)); // walked to as well
+}
+
 categories.forEach((category, number) => {
-  const members = styles.map((style, index) => index).filter((index) => styles[index].category === number);
-  const isClosed = (style) => !ancestorsOf(style).some((ancestor) => styles[ancestor].parent === undefined);
-  const roots = members.filter((style) => styles[style].parent === undefined);
-  const closed = members.filter((style) => styles[style].parent !== undefined && isClosed(style));
-  if (roots.length + closed.length > 0) {
+  const members = [...styles.keys()].filter((style) => styles[style].category === number);
+  const tops = members.filter((style) => styles[style].parent === undefined);
+  const closed = members.filter((style) => !rooted.has(style));
+  if (tops.length + closed.length > 0) {
     const node = addNode({ category: number, parent: null });
-    roots.forEach((style) => addStyles(style, node));
-    closed.forEach((style) => addStyles(style, node));
+    [...tops, ...closed].forEach((style) => addStyles(style, node));
   }
 });
 
@@ -67,22 +78,19 @@ function labelOf(node) {
 
 function buildTree() {
   for (const node of treeNodes) {
-    const siblings = node.parent === null ? treeNodes.filter((other) => other.parent === null) : node.parent.children;
     node.element = make("div", {
       role: "treeitem",
       tabindex: "-1",
       class: node.style === undefined ? "category" : "style",
       "aria-level": node.level,
-      "aria-setsize": siblings.length,
-      "aria-posinset": (node.position = (siblings.position = (siblings.position ?? 0) + 1)),
+      "aria-setsize": node.siblings.length,
+      "aria-posinset": node.position,
       "aria-expanded": node.children.length > 0 ? "true" : undefined,
       "aria-selected": node.style === undefined ? undefined : "false",
     }, make("span", { class: "twisty", "aria-hidden": "true" }), make("span", { class: "name" }, ...labelOf(node)));
     node.element.style.setProperty("--level", Math.min(node.level - 1, DEEPEST_INDENT));
     node.element.node = node;
   }
-  const roots = treeNodes.filter((node) => node.parent === null);
-  roots.forEach((node, index) => node.element.setAttribute("aria-posinset", index + 1));
   tree.replaceChildren(...treeNodes.map((node) => node.element));
   if (treeNodes.length > 0) {
     setTreeFocus(treeNodes[0], false);
@@ -192,7 +200,7 @@ tree.addEventListener("keydown", (event) => {
     Enter: () => (focusedNode.style === undefined ? toggle(focusedNode, !focusedNode.isOpen) : goTo(focusedNode)),
     " ": () => keys.Enter(),
     "*": () => {
-      (focusedNode.parent?.children ?? treeNodes.filter((node) => node.parent === null)).forEach((node) => (node.isOpen = true));
+      focusedNode.siblings.forEach((node) => (node.isOpen = true));
       updateTree(currentMatches);
     },
   };
