@@ -6,9 +6,11 @@
 #include "VelPlatform/VelApi.h"
 
 #include <cstddef>
+#include <exception>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace VelUtils
 {
@@ -20,6 +22,9 @@ using VelPlatform::VelString;
 /// Copies of a handle share one stream: its position, its end, its failure. Closing it, or the end of the last handle,
 /// makes what was written last. A stream whose handle is destroyed while an exception passes is given up instead, and
 /// so is one into which nothing was written and that nobody closed.
+///
+/// Exceptions are counted where a handle is made and destroyed: on Windows each module that carries a language runtime
+/// of its own knows only of those that it throws itself, so modules should share one.
 ///
 /// Threads: a stream and all its handles belong to one thread at a time.
 class VEL_API Stream
@@ -41,18 +46,33 @@ public:
     };
 
     /// A handle on nothing.
-    Stream() noexcept;
+    Stream() noexcept : m_exceptionsPassing(std::uncaught_exceptions()) {}
     /// A stream on a device, which it owns; on nothing when the device is null.
-    explicit Stream(std::unique_ptr<Device> device);
+    explicit Stream(std::unique_ptr<Device> device)
+        : m_state(MakeState(std::move(device))), m_exceptionsPassing(std::uncaught_exceptions())
+    {}
     /// Another handle on the same stream.
-    Stream(const Stream& other) noexcept;
+    Stream(const Stream& other) noexcept : m_state(other.m_state), m_exceptionsPassing(std::uncaught_exceptions()) {}
     /// Takes the handle; `other` is one on nothing then.
-    Stream(Stream&& other) noexcept;
-    ~Stream();
+    Stream(Stream&& other) noexcept : m_state(std::move(other.m_state)), m_exceptionsPassing(std::uncaught_exceptions())
+    {}
+    ~Stream()
+    {
+        if (std::uncaught_exceptions() > m_exceptionsPassing)
+        {
+            GiveUp();
+        }
+    }
     /// Lets the own stream go and becomes another handle on that of `other`.
-    Stream& operator=(const Stream& other) noexcept;
+    Stream& operator=(const Stream& other) noexcept { return *this = Stream(other); }
     /// Lets the own stream go and takes the handle; `other` is one on nothing then.
-    Stream& operator=(Stream&& other) noexcept;
+    Stream& operator=(Stream&& other) noexcept
+    {
+        std::shared_ptr<State> taken = std::move(other.m_state);
+        m_state.swap(taken);
+        m_exceptionsPassing = std::uncaught_exceptions();
+        return *this;
+    }
 
     /// Whether there is an open stream that has not failed.
     explicit operator bool() const noexcept;
@@ -81,7 +101,7 @@ public:
 private:
     struct State;
 
-    void Release() noexcept;
+    static std::shared_ptr<State> MakeState(std::unique_ptr<Device> device);
 
     std::shared_ptr<State> m_state;
     int m_exceptionsPassing; // when this handle got its stream
@@ -102,11 +122,17 @@ public:
     /// the owner is who writes, and other hard links keep the old contents.
     ///
     /// @return a handle on nothing when the path cannot be written: no such folder, no permission, not a plain file, a
-    ///         text that names no path.
-    static Stream Create(const VelString& path);
+    ///         text that names no path. On Windows the system refuses to replace a file that somebody else has open:
+    ///         closing gives false then, and the file is as it was.
+    static Stream Create(const VelString& path) { return Stream(CreateDevice(path)); }
 
     /// Reads a file; a handle on nothing when there is none to be read.
-    static Stream Open(const VelString& path);
+    static Stream Open(const VelString& path) { return Stream(OpenDevice(path)); }
+
+private:
+    // Null where there is nothing to be written or read.
+    static std::unique_ptr<Stream::Device> CreateDevice(const VelString& path);
+    static std::unique_ptr<Stream::Device> OpenDevice(const VelString& path);
 };
 
 /// A stream in memory: a handle on it and on its bytes, which live as long as one of the handles.

@@ -285,26 +285,26 @@ bool FileWriter::Commit()
 
 } // namespace
 
-Stream FileStream::Create(const VelString& path)
+std::unique_ptr<Stream::Device> FileStream::CreateDevice(const VelString& path)
 {
     std::string bytes;
-    return ToSystemPath(path, bytes) ? Stream(FileWriter::Create(std::move(bytes))) : Stream();
+    return ToSystemPath(path, bytes) ? FileWriter::Create(std::move(bytes)) : nullptr;
 }
 
-Stream FileStream::Open(const VelString& path)
+std::unique_ptr<Stream::Device> FileStream::OpenDevice(const VelString& path)
 {
     std::string bytes;
     if (!ToSystemPath(path, bytes))
     {
-        return Stream();
+        return nullptr;
     }
     Descriptor file(Repeat([&] { return open(bytes.c_str(), O_RDONLY | O_CLOEXEC); }));
     struct stat opened = {};
     if (!file || fstat(file.Get(), &opened) != 0 || S_ISDIR(opened.st_mode))
     {
-        return Stream();
+        return nullptr;
     }
-    return Stream(std::make_unique<FileReader>(std::move(file)));
+    return std::make_unique<FileReader>(std::move(file));
 }
 
 } // namespace VelUtils

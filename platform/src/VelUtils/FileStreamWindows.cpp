@@ -7,7 +7,9 @@
 #    include "VelUtils/Stream.h"
 
 #    include <algorithm>
+#    include <cstddef>
 #    include <cwchar>
+#    include <vector>
 #    include <windows.h>
 
 namespace VelUtils
@@ -66,12 +68,16 @@ private:
     File m_file;
 };
 
-/// The file at the end of the links of a path, when there is one.
-std::wstring ResolveLinks(const VelString& path)
+/// The file at the end of the links of a path, when there is one. False when it is no file but a device.
+bool ResolveLinks(const VelString& path, std::wstring& resolved)
 {
-    std::wstring resolved(path.c_str(), path.size());
+    resolved.assign(path.c_str(), path.size());
     const File file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                 OPEN_EXISTING, 0, nullptr));
+    if (file && GetFileType(file.Get()) != FILE_TYPE_DISK)
+    {
+        return false;
+    }
     const DWORD size = file ? GetFinalPathNameByHandleW(file.Get(), nullptr, 0, 0) : 0;
     if (size > 0)
     {
@@ -83,7 +89,20 @@ std::wstring ResolveLinks(const VelString& path)
             resolved = name;
         }
     }
-    return resolved;
+    return true;
+}
+
+/// Who may do what with the file that is there; empty when that is unknown, or there is none.
+std::vector<std::byte> AccessRightsOf(const std::wstring& path)
+{
+    DWORD size = 0;
+    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<std::byte> rights(size);
+    if (size == 0 || !GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size))
+    {
+        rights.clear();
+    }
+    return rights;
 }
 
 class FileWriter final : public Stream::Device
@@ -111,6 +130,8 @@ public:
 private:
     FileWriter() = default;
 
+    bool CreateTemporary(const std::wstring& folder, const VelPlatform::VelStringA& name, std::size_t longestName);
+
     std::wstring m_target;
     std::wstring m_temporary;
     File m_file;
@@ -121,35 +142,47 @@ std::unique_ptr<FileWriter> FileWriter::Create(const VelString& path)
 {
     constexpr std::size_t kLongestName = 255;
     std::unique_ptr<FileWriter> writer(new FileWriter);
-    writer->m_target = ResolveLinks(path);
-    const DWORD attributes = GetFileAttributesW(writer->m_target.c_str());
+    std::wstring& target = writer->m_target;
+    if (!ResolveLinks(path, target))
+    {
+        return nullptr;
+    }
+    const DWORD attributes = GetFileAttributesW(target.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES &&
         (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0)
     {
         return nullptr;
     }
-    const std::size_t folderSize = writer->m_target.find_last_of(L"/\\:") + 1;
+    const std::size_t folderSize = target.find_last_of(L"/\\:") + 1;
     VelPlatform::VelStringA name;
-    if (!VelPlatform::TryToNarrow(std::wstring_view(writer->m_target).substr(folderSize), name) || name.empty())
+    if (target.size() - folderSize > kLongestName ||
+        !VelPlatform::TryToNarrow(std::wstring_view(target).substr(folderSize), name) || name.empty())
     {
         return nullptr;
     }
+    return writer->CreateTemporary(target.substr(0, folderSize), name, kLongestName) ? std::move(writer) : nullptr;
+}
+
+bool FileWriter::CreateTemporary(const std::wstring& folder, const VelPlatform::VelStringA& name,
+                                 std::size_t longestName)
+{
+    std::vector<std::byte> rights = AccessRightsOf(m_target);
+    SECURITY_ATTRIBUTES security{sizeof(SECURITY_ATTRIBUTES), rights.data(), FALSE};
     for (int number = 0; number < kSavingNames; ++number)
     {
-        const VelString saving = VelPlatform::ToWide(SavingName(name, number, kLongestName));
-        const std::wstring temporary = writer->m_target.substr(0, folderSize) + saving.c_str();
-        if (!writer->m_committed)
+        const std::wstring temporary = folder + VelPlatform::ToWide(SavingName(name, number, longestName)).c_str();
+        if (!m_committed)
         {
             DeleteFileW(temporary.c_str());
             continue;
         }
         // It is shared with nobody: what another writer is working on is opened, or deleted, by none.
-        writer->m_file.Open(
-            CreateFileW(temporary.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-        writer->m_committed = !writer->m_file;
-        writer->m_temporary = temporary;
+        m_file.Open(CreateFileW(temporary.c_str(), GENERIC_WRITE, 0, rights.empty() ? nullptr : &security,
+                                CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+        m_committed = !m_file;
+        m_temporary = temporary;
     }
-    return writer->m_committed ? nullptr : std::move(writer);
+    return !m_committed;
 }
 
 bool FileWriter::Write(const void* source, std::size_t size)
@@ -176,30 +209,27 @@ bool FileWriter::Commit()
     {
         return false;
     }
-    // Replacing keeps the access rights of the old file, and needs one.
-    m_committed = ReplaceFileW(m_target.c_str(), m_temporary.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
-                               nullptr) != 0 ||
-                  (GetLastError() == ERROR_FILE_NOT_FOUND &&
-                   MoveFileExW(m_temporary.c_str(), m_target.c_str(), MOVEFILE_WRITE_THROUGH) != 0);
+    m_committed =
+        MoveFileExW(m_temporary.c_str(), m_target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
     return m_committed;
 }
 
 } // namespace
 
-Stream FileStream::Create(const VelString& path)
+std::unique_ptr<Stream::Device> FileStream::CreateDevice(const VelString& path)
 {
-    return IsSystemPath(path) ? Stream(FileWriter::Create(path)) : Stream();
+    return IsSystemPath(path) ? FileWriter::Create(path) : nullptr;
 }
 
-Stream FileStream::Open(const VelString& path)
+std::unique_ptr<Stream::Device> FileStream::OpenDevice(const VelString& path)
 {
     if (!IsSystemPath(path))
     {
-        return Stream();
+        return nullptr;
     }
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    return file == INVALID_HANDLE_VALUE ? Stream() : Stream(std::make_unique<FileReader>(file));
+    return file == INVALID_HANDLE_VALUE ? nullptr : std::make_unique<FileReader>(file);
 }
 
 } // namespace VelUtils
