@@ -19,6 +19,20 @@ function(styles_add_google_test)
   endforeach()
 endfunction()
 
+# styles_add_objects_of_libraries(<target>)
+#
+# What shared libraries are made of, to be linked into one program: on Windows each library has an operator new of its
+# own, whatever the program does with its one.
+function(styles_add_objects_of_libraries target)
+  add_library(${target} INTERFACE)
+  foreach(library IN ITEMS styles platform)
+    target_link_libraries(${target} INTERFACE $<TARGET_OBJECTS:${library}>)
+    target_include_directories(${target} INTERFACE $<TARGET_PROPERTY:${library},INTERFACE_INCLUDE_DIRECTORIES>)
+  endforeach()
+  target_compile_definitions(${target} INTERFACE STYLES_STATIC VEL_STATIC)
+  target_compile_features(${target} INTERFACE cxx_std_20)
+endfunction()
+
 # styles_add_whole_program(<program> <folder>)
 #
 # One ctest, named after the folder, of all tests in a program.

@@ -59,6 +59,30 @@ std::size_t GetLiveAllocations() noexcept
 namespace
 {
 
+#if defined(_WIN32) // whose memory with an alignment is given back by a function of its own
+
+void* AllocateAligned(std::size_t size, std::size_t alignment) noexcept
+{
+    return _aligned_malloc(size, alignment);
+}
+void FreeAligned(void* memory) noexcept
+{
+    _aligned_free(memory);
+}
+
+#else
+
+void* AllocateAligned(std::size_t size, std::size_t alignment) noexcept
+{
+    return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
+}
+void FreeAligned(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+#endif
+
 void* AllocateOrNull(std::size_t size, std::size_t alignment) noexcept
 {
     if (allocations.Reach())
@@ -66,8 +90,7 @@ void* AllocateOrNull(std::size_t size, std::size_t alignment) noexcept
         return nullptr;
     }
     const std::size_t wanted = size == 0 ? 1 : size;
-    void* memory = alignment == 0 ? std::malloc(wanted)
-                                  : std::aligned_alloc(alignment, (wanted + alignment - 1) / alignment * alignment);
+    void* memory = alignment == 0 ? std::malloc(wanted) : AllocateAligned(wanted, alignment);
     if (memory != nullptr)
     {
         live.fetch_add(1, std::memory_order_relaxed);
@@ -84,13 +107,23 @@ void* Allocate(std::size_t size, std::size_t alignment)
     throw std::bad_alloc();
 }
 
-void GiveBack(void* memory) noexcept
+void GiveBack(void* memory, void (*release)(void*) noexcept) noexcept
 {
     if (memory != nullptr)
     {
         live.fetch_sub(1, std::memory_order_relaxed);
-        std::free(memory);
+        release(memory);
     }
+}
+
+void GiveBack(void* memory) noexcept
+{
+    GiveBack(memory, [](void* plain) noexcept { std::free(plain); });
+}
+
+void GiveBackAligned(void* memory) noexcept
+{
+    GiveBack(memory, &FreeAligned);
 }
 
 } // namespace
@@ -158,25 +191,25 @@ void operator delete[](void* memory, const std::nothrow_t&) noexcept
 }
 void operator delete(void* memory, std::align_val_t) noexcept
 {
-    Faults::GiveBack(memory);
+    Faults::GiveBackAligned(memory);
 }
 void operator delete[](void* memory, std::align_val_t) noexcept
 {
-    Faults::GiveBack(memory);
+    Faults::GiveBackAligned(memory);
 }
 void operator delete(void* memory, std::size_t, std::align_val_t) noexcept
 {
-    Faults::GiveBack(memory);
+    Faults::GiveBackAligned(memory);
 }
 void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept
 {
-    Faults::GiveBack(memory);
+    Faults::GiveBackAligned(memory);
 }
 void operator delete(void* memory, std::align_val_t, const std::nothrow_t&) noexcept
 {
-    Faults::GiveBack(memory);
+    Faults::GiveBackAligned(memory);
 }
 void operator delete[](void* memory, std::align_val_t, const std::nothrow_t&) noexcept
 {
-    Faults::GiveBack(memory);
+    Faults::GiveBackAligned(memory);
 }

@@ -1,21 +1,21 @@
 // Preset files when something goes wrong: the old file is there and loads.
 
+#include <styles/StylePresetManager.h>
+
+#include "presets/TestPresets.h"
+#include "support/ChildProcess.h"
+#include "support/ProgramRun.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <random>
+#include <string>
 #if !defined(_WIN32)
-
-#    include <styles/StylePresetManager.h>
-
-#    include "presets/TestPresets.h"
-#    include "support/ChildProcess.h"
-
-#    include <gmock/gmock.h>
-
-#    include <chrono>
-#    include <random>
-#    include <string>
 #    include <sys/stat.h>
+#endif
 
 using Support::BytesOf;
-using Support::InChild;
 using Support::WriteBytes;
 using testing::ElementsAre;
 
@@ -50,6 +50,10 @@ protected:
 };
 
 } // namespace
+
+#if !defined(_WIN32)
+
+using Support::InChild;
 
 TEST_F(PresetFile, KilledWhileAddingAndDeletingTheOldFileOrTheNewOneIsThere)
 {
@@ -122,6 +126,8 @@ TEST_F(PresetFile, InAReadOnlyFolderTheOldFileStays)
     EXPECT_THAT(folder.GetNames(), ElementsAre("style.mtss"));
 }
 
+#endif
+
 TEST_F(PresetFile, AFolderThatIsTakenAwayIsNotMadeAgain)
 {
     const std::filesystem::path aside = folder.GetPath().string() + "-aside";
@@ -142,6 +148,8 @@ TEST_F(PresetFile, AFileThatIsAFolderIsLeftAlone)
     EXPECT_TRUE(presets.AddPreset(VelString(L"fill"), VelString(L"a"), &red, false));
     EXPECT_TRUE(std::filesystem::is_directory(folder / "fill.mtss"));
 }
+
+#if !defined(_WIN32) // where names are more restricted
 
 TEST_F(PresetFile, CategoriesOfAnyNameThatTheSystemHoldsHaveAFile)
 {
@@ -184,6 +192,50 @@ TEST_F(PresetFile, CategoriesThatCannotNameAFileAreNotSaved)
     EXPECT_THAT(folder.GetNames(), ElementsAre("style.mtss", "sub"));
 }
 
+#else
+
+TEST_F(PresetFile, CategoriesNamedInAnyLanguageHaveAFile)
+{
+    for (const char* name : {"F\xC3\xBCllung", "\xF0\x9F\x8E\xA8", "\xD7\xA9", "-rf"})
+    {
+        const VelString odd = Text(name);
+        EXPECT_TRUE(presets.AddPreset(odd, VelString(L"preset"), &red, false)) << name;
+        EXPECT_TRUE(std::filesystem::exists(folder / (name + std::string(".mtss")))) << name;
+        TestPresets loaded(folder.GetPath());
+        EXPECT_THAT(loaded.GetPresetNames(odd), ElementsAre(VelString(L"preset"))) << name;
+    }
+}
+
+TEST_F(PresetFile, CategoriesWithCharactersThatTheSystemReservesAreNotSaved)
+{
+    for (const wchar_t* name : {L"a:b", L"a\\b", L"..\\outside", L"sub/inside", L"a*", L"a?", L"<a>", L"a|b", L"\"a\""})
+    {
+        const VelString odd(name);
+        EXPECT_TRUE(presets.AddPreset(odd, VelString(L"preset"), &red, false)) << odd;
+        EXPECT_TRUE(presets.Save(odd)) << odd;
+        EXPECT_TRUE(presets.DoesPresetNameExist(odd, VelString(L"preset"))) << odd;
+    }
+    EXPECT_THAT(folder.GetNames(), ElementsAre("style.mtss"));
+}
+
+TEST_F(PresetFile, AFileThatAnotherProgramHoldsOpenStaysAndSavingIsAnsweredFalse)
+{
+    const std::string old = BytesOf(file);
+    {
+        const Support::SystemHandle held(
+            CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+        ASSERT_NE(held.Get(), INVALID_HANDLE_VALUE);
+        EXPECT_EQ(Change(), 0);
+        EXPECT_FALSE(presets.Save(category));
+    }
+    EXPECT_EQ(BytesOf(file), old);
+    EXPECT_TRUE(presets.Save(category));
+    EXPECT_THAT(NamesInFile(), ElementsAre(VelString(L"second")));
+    EXPECT_THAT(folder.GetNames(), ElementsAre("style.mtss"));
+}
+
+#endif
+
 TEST_F(PresetFile, ASaveAnswersFalseWhereTheSheetCannotBeWritten)
 {
     presets.GetSheet(category).AddStyle(VelString(L"odd"), new Style(nullptr, StyleCategoryName), false);
@@ -204,5 +256,3 @@ TEST_F(PresetFile, ASaveAnswersFalseWhereTheSheetCannotBeWritten)
 }
 
 } // namespace Styles::Testing
-
-#endif

@@ -1,23 +1,20 @@
 // A sheet that is exported to a file: the old file or the new one is there, whatever happens on the way.
 
-#if !defined(_WIN32)
+#include <styles/StyleSheet.h>
 
-#    include <styles/StyleSheet.h>
+#include "support/ChildProcess.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestSheet.h"
 
-#    include "support/ChildProcess.h"
-#    include "support/TemporaryFolder.h"
-#    include "support/TestSheet.h"
+#include <gmock/gmock.h>
 
-#    include <gmock/gmock.h>
+#include <VelUtils/Stream.h>
 
-#    include <VelUtils/Stream.h>
-
-#    include <chrono>
-#    include <random>
-#    include <string>
+#include <chrono>
+#include <random>
+#include <string>
 
 using Support::BytesOf;
-using Support::InChild;
 using Support::TemporaryFolder;
 using Support::ToText;
 using testing::ElementsAre;
@@ -85,6 +82,10 @@ TEST_F(SheetFile, TheFileIsThereWhenTheLastHandleIsGone)
     EXPECT_EQ(BytesOf(file), sheet.Write());
 }
 
+#if !defined(_WIN32)
+
+using Support::InChild;
+
 TEST_F(SheetFile, AWriterThatIsKilledLeavesTheOldFileOrTheNewOne)
 {
     TestSheet one, other;
@@ -131,6 +132,6 @@ TEST_F(SheetFile, AFullDiskIsAnsweredFalseAndLeavesTheOldFile)
     }
 }
 
-} // namespace Styles::Testing
-
 #endif
+
+} // namespace Styles::Testing

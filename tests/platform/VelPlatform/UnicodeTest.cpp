@@ -135,6 +135,26 @@ TEST(Unicode, WideAndNarrowStringsConvertBothWays)
     EXPECT_EQ("", ToNarrow(L""));
 }
 
+TEST(Unicode, AWideStringHoldsACharacterBeyondTheFirstPlaneInAsManyUnitsAsTheSystemTakes)
+{
+    const VelString wide = ToWide("\xF0\x9F\x98\x80");
+    if constexpr (sizeof(wchar_t) == 2)
+    {
+        ASSERT_EQ(2u, wide.size());
+        EXPECT_EQ(static_cast<wchar_t>(0xD83D), wide[0]);
+        EXPECT_EQ(static_cast<wchar_t>(0xDE00), wide[1]);
+        // The halves of two pairs, the wrong way round.
+        const wchar_t turned[] = {wide[1], wide[0]};
+        EXPECT_EQ("\xEF\xBF\xBD\xEF\xBF\xBD", ToNarrow({turned, 2}));
+    }
+    else
+    {
+        ASSERT_EQ(1u, wide.size());
+        EXPECT_EQ(static_cast<wchar_t>(0x1F600), wide[0]);
+    }
+    EXPECT_EQ("\xF0\x9F\x98\x80", ToNarrow(wide));
+}
+
 TEST(Unicode, MalformedNarrowTextIsReplacedOrRefused)
 {
     VelString wide(L"kept");
