@@ -184,7 +184,7 @@ function(styles_add_header_check)
   set(main ${CMAKE_CURRENT_BINARY_DIR}/headers/main.cpp)
   file(CONFIGURE OUTPUT ${main} CONTENT "int main() { return 0; }\n")
   add_executable(header_check ${main} ${sources})
-  target_link_libraries(header_check PRIVATE styles)
+  target_link_libraries(header_check PRIVATE styles GTest::gmock)
   # Nothing of it runs: what sanitizers and the optimiser add would only cost time.
   target_compile_options(header_check PRIVATE -O0 -g0 -fno-sanitize=all)
 endfunction()

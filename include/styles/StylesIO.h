@@ -40,4 +40,8 @@ STYLES_API std::ostream& operator<<(std::ostream& stream, const Style& style);
 /// Writes the names of the styles: `sheet of 2 styles, version 3 {"Outline"; "Warning"}`. A long list is cut.
 STYLES_API std::ostream& operator<<(std::ostream& stream, const StyleSheet& sheet);
 
+/// The name of the type that `value` holds, as far as possible the one that a program writes: "double"; "(empty)" for
+/// an empty value. Compilers differ in it.
+[[nodiscard]] STYLES_API VelString GetReadableTypeName(const Any& value);
+
 } // namespace Styles

@@ -23,6 +23,7 @@ namespace
 
 constexpr std::size_t MostListed = 20;
 constexpr std::size_t MostCharacters = 100;
+constexpr const wchar_t* EmptyText = L"(empty)";
 
 VelString Quoted(const VelString& text)
 {
@@ -33,20 +34,6 @@ VelString Count(std::size_t count, const wchar_t* noun)
 {
     VelString text = VelString::Format(L"{} {}", count, noun);
     return count == 1 ? text : text += L's';
-}
-
-VelString NameOf(const std::type_info& type)
-{
-#if __has_include(<cxxabi.h>)
-    int status = 0;
-    const std::unique_ptr<char, decltype(&std::free)> name(abi::__cxa_demangle(type.name(), nullptr, nullptr, &status),
-                                                           &std::free);
-    if (name != nullptr)
-    {
-        return VelPlatform::ToWide(name.get());
-    }
-#endif
-    return VelPlatform::ToWide(type.name());
 }
 
 /// Category, inheritance and number of values.
@@ -130,7 +117,7 @@ bool WriteKnown(const Any& value, VelString& text)
 {
     if (value.IsEmpty())
     {
-        text = L"(empty)";
+        text = EmptyText;
         return true;
     }
     if (value.GetHolder()->IsEnum())
@@ -146,7 +133,7 @@ bool WriteKnown(const Any& value, VelString& text)
 VelString TextOf(const Any& value)
 {
     VelString text;
-    return WriteKnown(value, text) ? text : L"(" + NameOf(value.GetType()) + L")";
+    return WriteKnown(value, text) ? text : L"(" + GetReadableTypeName(value) + L")";
 }
 
 /// The value as its definition writes it; false where it does not.
@@ -205,6 +192,25 @@ VelString Listed(const std::vector<VelString>& entries)
 }
 
 } // namespace
+
+VelString GetReadableTypeName(const Any& value)
+{
+    if (value.IsEmpty())
+    {
+        return EmptyText;
+    }
+    const char* name = value.GetType().name();
+#if __has_include(<cxxabi.h>)
+    int status = 0;
+    const std::unique_ptr<char, decltype(&std::free)> demangled(abi::__cxa_demangle(name, nullptr, nullptr, &status),
+                                                                &std::free);
+    if (demangled != nullptr)
+    {
+        return VelPlatform::ToWide(demangled.get());
+    }
+#endif
+    return VelPlatform::ToWide(name);
+}
 
 std::ostream& operator<<(std::ostream& stream, const PropertyKey& key)
 {

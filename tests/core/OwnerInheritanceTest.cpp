@@ -50,7 +50,7 @@ TEST_F(OwnerInheritance, AParentlessSubstyleTwoLevelsDeepResolvesThroughTheParen
     parent.SetPathProperty({Character, Fill, Color}, Any(L"red"));
     parent.SetPathProperty({Fill, Color}, Any(L"not this one"));
     const Style& ours = *GetOrCreateSubstyle(*GetOrCreateSubstyle(style, Character), Fill);
-    EXPECT_EQ(EffectiveText(ours, Color), VelString(L"red"));
+    EXPECT_THAT(ours, HasValue(Color, L"red"));
 }
 
 TEST_F(OwnerInheritance, AnyNumberOfKeysIsFollowed)
@@ -59,14 +59,14 @@ TEST_F(OwnerInheritance, AnyNumberOfKeysIsFollowed)
     {
         Style grandparent(nullptr, Nest), parent(&grandparent, Nest), style(&parent, Nest);
         Nested(grandparent, depth).SetProperty(Note, Any(L"deep"));
-        EXPECT_EQ(EffectiveText(Nested(style, depth), Note), VelString(L"deep")) << depth;
+        EXPECT_THAT(Nested(style, depth), HasValue(Note, L"deep")) << depth;
         // The substyle of the parent stands between, and inherits through its owner in turn.
         Style& between = Nested(parent, depth);
-        EXPECT_EQ(EffectiveText(Nested(style, depth), Note), VelString(L"deep")) << depth;
+        EXPECT_THAT(Nested(style, depth), HasValue(Note, L"deep")) << depth;
         between.SetProperty(Note, Any(L"nearer"));
-        EXPECT_EQ(EffectiveText(Nested(style, depth), Note), VelString(L"nearer")) << depth;
+        EXPECT_THAT(Nested(style, depth), HasValue(Note, L"nearer")) << depth;
         Nested(style, depth).SetProperty(Note, Any(L"own"));
-        EXPECT_EQ(EffectiveText(Nested(style, depth), Note), VelString(L"own")) << depth;
+        EXPECT_THAT(Nested(style, depth), HasValue(Note, L"own")) << depth;
         EXPECT_EQ(Nested(style, depth).GetInheritedProperty(Note).Get<VelString>(), VelString(L"nearer")) << depth;
     }
 }
@@ -77,10 +77,10 @@ TEST_F(OwnerInheritance, TheNearestOwnerWithAParentIsTheOneThatCounts)
     top.SetParent(&parentOfTop);
     Nested(parentOfTop, 2).SetProperty(Note, Any(L"through the top"));
     Style& heir = Nested(top, 2);
-    EXPECT_EQ(EffectiveText(heir, Note), VelString(L"through the top"));
+    EXPECT_THAT(heir, HasValue(Note, L"through the top"));
     Nested(top, 1).SetParent(&parentOfOwner);
     Nested(parentOfOwner, 1).SetProperty(Note, Any(L"through the owner"));
-    EXPECT_EQ(EffectiveText(heir, Note), VelString(L"through the owner"));
+    EXPECT_THAT(heir, HasValue(Note, L"through the owner"));
 }
 
 TEST_F(OwnerInheritance, AnOwnParentComesBeforeTheOwner)
@@ -91,7 +91,7 @@ TEST_F(OwnerInheritance, AnOwnParentComesBeforeTheOwner)
     ours.SetParent(&other);
     EXPECT_EQ(&ours.GetProperty(Color), &Manager().GetDefaultValue(Fill, Color));
     other.SetProperty(Color, Any(L"of the parent"));
-    EXPECT_EQ(EffectiveText(ours, Color), VelString(L"of the parent"));
+    EXPECT_THAT(ours, HasValue(Color, L"of the parent"));
 }
 
 TEST_F(OwnerInheritance, WithoutAnyParentOnTheWayTheDefaultIsAnswered)
@@ -118,7 +118,7 @@ TEST_F(OwnerInheritance, TheDefaultSubstyleOfTheOtherSideIsInheritedFrom)
     substyle->SetProperty(Color, Any(L"shady"));
     Manager().RegisterProperty(StyleCategoryName, shade, new StyleSetProperty(nullptr, Fill, substyle, 0));
     Style parent(nullptr, StyleCategoryName), style(&parent, StyleCategoryName);
-    EXPECT_EQ(EffectiveText(*GetOrCreateSubstyle(style, shade), Color), VelString(L"shady"));
+    EXPECT_THAT(*GetOrCreateSubstyle(style, shade), HasValue(Color, L"shady"));
 }
 
 TEST_F(OwnerInheritance, AValueOnTheWayThatIsNoSubstyleThrowsBadCast)
@@ -137,7 +137,7 @@ TEST_F(OwnerInheritance, AValueOnTheWayThatIsNoSubstyleThrowsBadCast)
     lost.SetOwner(&style, Key(L"unknown"));
     EXPECT_THROW(static_cast<void>(lost.GetProperty(Color)), std::logic_error);
     lost.SetProperty(Color, Any(L"own"));
-    EXPECT_EQ(EffectiveText(lost, Color), VelString(L"own"));
+    EXPECT_THAT(lost, HasValue(Color, L"own"));
 }
 
 TEST_F(OwnerInheritance, OwnersThatCloseOnThemselvesEndInTheDefault)
@@ -176,7 +176,7 @@ TEST_F(OwnerInheritance, InheritanceThatClosesOnItselfThroughOwnersEndsInTheDefa
     Style& innermost = Nested(style, 2);
     EXPECT_EQ(&innermost.GetProperty(Note), &NestDefault());
     innermost.SetProperty(Note, Any(L"found"));
-    EXPECT_EQ(EffectiveText(inner, Note), VelString(L"found"));
+    EXPECT_THAT(inner, HasValue(Note, L"found"));
 
     // Two styles, each of which inherits from the substyle of the other.
     Style a(nullptr, Nest), b(nullptr, Nest);
@@ -198,7 +198,7 @@ TEST_F(OwnerInheritance, AStyleMayBePassedTwiceOnAnHonestRoad)
     Style& inner = *GetOrCreateSubstyle(character, Fill);
     Style& fill = *GetOrCreateSubstyle(style, Fill);
     inner.SetParent(&fill);
-    EXPECT_EQ(EffectiveText(inner, Color), VelString(L"the fill"));
+    EXPECT_THAT(inner, HasValue(Color, L"the fill"));
 
     Style top(nullptr, Nest), source(nullptr, Nest);
     top.SetParent(&source);
@@ -206,7 +206,7 @@ TEST_F(OwnerInheritance, AStyleMayBePassedTwiceOnAnHonestRoad)
     Style other(nullptr, Nest);
     Style& heir = Nested(other, 1);
     other.SetParent(&Nested(top, 2));
-    EXPECT_EQ(EffectiveText(heir, Note), VelString(L"three deep"));
+    EXPECT_THAT(heir, HasValue(Note, L"three deep"));
 }
 
 TEST_F(OwnerInheritance, OwnersAThousandDeepAreFollowed)
@@ -214,7 +214,7 @@ TEST_F(OwnerInheritance, OwnersAThousandDeepAreFollowed)
     Style parent(nullptr, Nest), style(&parent, Nest);
     Nested(parent, 1000).SetProperty(Note, Any(L"deep"));
     const Style& heir = Nested(style, 1000);
-    EXPECT_EQ(EffectiveText(heir, Note), VelString(L"deep"));
+    EXPECT_THAT(heir, HasValue(Note, L"deep"));
     EXPECT_EQ(&heir.GetOwner()->GetProperty(Note), &NestDefault());
 }
 

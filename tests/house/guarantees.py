@@ -19,6 +19,8 @@ page = tree.read("docs/guarantees.md")
 named = set(re.findall(r"\b[A-Z]\w+", " ".join(re.findall(r"`([^`]*)`", page))))
 problems = []
 for path in tree.files(".h", under=("include/styles/",)):
+    if path.startswith("include/styles/testing/"):
+        continue  # a failed test ends with it
     text = re.sub(r"//.*", "", tree.read(path))
     text = re.sub(r"private:.*?(?=\n};)", "", text, flags=re.DOTALL)
     for name in re.findall(r"^[ \t]+(?:\[\[nodiscard\]\] |virtual |static |STYLES_API )*[\w:<>,&* ]+?[ &*]([A-Z]\w+)\(", text,

@@ -63,8 +63,8 @@ TEST_F(ReplacingImport, HeirsInheritFromTheReplacement)
                 ElementsAre(VelString(L"BASE"), VelString(L"FILL"), VelString(L"heir"), VelString(L"STOP")));
     EXPECT_THAT(destroyed, ElementsAre("base"));
     ExpectHeirs();
-    EXPECT_EQ(EffectiveText(*heir, Note), VelString(L"new base"));
-    EXPECT_EQ(EffectiveNumber(*heir->GetSubstyle(Fill, false), Angle), 9.0);
+    EXPECT_THAT(heir, HasValue(Note, L"new base"));
+    EXPECT_THAT(heir, HasValue(L"fill.angle", 9.0));
     EXPECT_EQ(EffectiveNumber(*heir->GetProperty(Stops).Get<std::vector<Style*>>()[1], Position), 8.0);
 }
 
@@ -88,7 +88,7 @@ TEST_F(ReplacingImport, HeirsAreToldAlsoWhenTheImportStopsInTheMiddle)
     EXPECT_TRUE(heir->GetParent()->IsEmpty()) << "it was not read any more";
     EXPECT_FALSE(sheet.Read(R"({"style": {"base": {"number": "no number"}}})", true));
     ExpectHeirs();
-    EXPECT_EQ(EffectiveNumber(*heir, Number), 0.25);
+    EXPECT_THAT(heir, HasValue(Number, 0.25));
 }
 
 TEST_F(ReplacingImport, AReplacementMayInheritFromTheHeir)
@@ -97,7 +97,7 @@ TEST_F(ReplacingImport, AReplacementMayInheritFromTheHeir)
     EXPECT_TRUE(sheet.Read(R"({"style": {"base": {"inherits": "heir"}}})", true));
     EXPECT_EQ(heir->GetParent(), sheet.Get(L"base"));
     EXPECT_EQ(sheet.Get(L"base")->GetParent(), heir);
-    EXPECT_EQ(EffectiveText(*heir, Note), VelString(L"default note"));
+    EXPECT_THAT(heir, HasValue(Note, L"default note"));
 }
 
 TEST_F(ReplacingImport, TheHeirItselfMayBeReplacedToo)
@@ -108,7 +108,7 @@ TEST_F(ReplacingImport, TheHeirItselfMayBeReplacedToo)
     EXPECT_THAT(destroyed, testing::UnorderedElementsAre("heir", "base"));
     EXPECT_EQ(grandchild->GetParent(), sheet.Get(L"heir"));
     EXPECT_EQ(sheet.Get(L"heir")->GetParent(), sheet.Get(L"base"));
-    EXPECT_EQ(EffectiveText(*grandchild, Note), VelString(L"x"));
+    EXPECT_THAT(grandchild, HasValue(Note, L"x"));
 }
 
 TEST_F(ReplacingImport, OfSeveralReplacementsTheLastIsInheritedFrom)
@@ -118,7 +118,7 @@ TEST_F(ReplacingImport, OfSeveralReplacementsTheLastIsInheritedFrom)
         sheet.Read(R"({"style": {"base": {"note": "1"}, "Base": {"note": "2"}, "BASE": {"note": "3"}}})", true));
     ExpectHeirs();
     EXPECT_EQ(sheet.GetStyleName(heir->GetParent()), VelString(L"BASE"));
-    EXPECT_EQ(EffectiveText(*heir, Note), VelString(L"3"));
+    EXPECT_THAT(heir, HasValue(Note, L"3"));
 }
 
 TEST_F(ReplacingImport, ANameInAHundredThousandSpellingsIsReplacedAsOften)
@@ -151,12 +151,12 @@ TEST_F(ReplacingImport, AStyleUnderTwoNamesBecomesEmptyWhereItIsStillListed)
     EXPECT_TRUE(sheet.Read(R"({"style": {"first": {"note": "new"}}})", true));
     EXPECT_THAT(destroyed, ElementsAre("first"));
     EXPECT_EQ(heir->GetParent(), sheet.Get(L"first"));
-    EXPECT_EQ(EffectiveText(*heir, Note), VelString(L"new"));
+    EXPECT_THAT(heir, HasValue(Note, L"new"));
     ASSERT_EQ(sheet.Get(L"second"), style);
     EXPECT_TRUE(style->IsEmpty());
     destroyed.clear();
     EXPECT_TRUE(sheet.Read(R"({"style": {"second": {"note": "new too"}}})", true));
-    EXPECT_EQ(EffectiveText(*sheet.Get(L"second"), Note), VelString(L"new too"));
+    EXPECT_THAT(*sheet.Get(L"second"), HasValue(Note, L"new too"));
 }
 
 TEST_F(ReplacingImport, AStyleUnderTwoNamesMayBeReplacedUnderBoth)
@@ -176,7 +176,7 @@ TEST_F(ReplacingImport, ANullEntryIsReplaced)
     EXPECT_EQ(sheet.Get(L"null"), nullptr);
     EXPECT_TRUE(sheet.Read(R"({"style": {"null": {"note": "x"}}})", true));
     ASSERT_NE(sheet.Get(L"null"), nullptr);
-    EXPECT_EQ(EffectiveText(*sheet.Get(L"null"), Note), VelString(L"x"));
+    EXPECT_THAT(*sheet.Get(L"null"), HasValue(Note, L"x"));
 }
 
 } // namespace Styles::Testing

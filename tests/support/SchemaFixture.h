@@ -2,6 +2,7 @@
 #pragma once
 
 #include <styles/Styles.h>
+#include <styles/testing/StylesMatchers.h>
 
 #include <gtest/gtest.h>
 

@@ -110,6 +110,13 @@ TEST_F(StylesIO, AValueOfAnotherTypeIsWrittenAsTheNameOfItsType)
     EXPECT_THAT(name, testing::MatchesRegex("\\(.*Inch.*\\)"));
 }
 
+TEST_F(StylesIO, TheTypeOfAValueHasTheNameThatProgramsWrite)
+{
+    EXPECT_EQ(VelString(L"(empty)"), GetReadableTypeName(Any()));
+    EXPECT_EQ(VelString(L"double"), GetReadableTypeName(Any(0.5)));
+    EXPECT_THAT(Utf8(GetReadableTypeName(Any(Inch{3}))), testing::EndsWith("Inch"));
+}
+
 TEST_F(StylesIO, AStyleIsWrittenWithItsOwnValuesInTheOrderOfTheirNames)
 {
     Style base(nullptr, StyleCategoryName);
