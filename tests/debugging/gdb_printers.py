@@ -87,7 +87,7 @@ STOPS = [
 ]
 
 
-def run_gdb(program, first, stops, environment=()):
+def run_gdb(program, first, stops, environment=(), locale="C.UTF-8"):
     """What gdb answers to each expression, stop by stop."""
     # Where the rules of a container forbid turning the randomisation off, gdb goes on without.
     commands = ["set pagination off", "set debuginfod enabled off", "set startup-with-shell off",
@@ -102,9 +102,8 @@ def run_gdb(program, first, stops, environment=()):
             commands += [f"echo \\n@ {number} {expression}\\n", f"print {expression}"]
     commands += ["echo \\n@ end\\n", "kill"]
     line = ["gdb", "-nx", "-batch", *(word for command in commands for word in ("-ex", command)), program]
-    locale = {**os.environ, "LC_ALL": "C.UTF-8"}
     with subprocess.Popen(line, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-                          encoding="utf-8", start_new_session=True, env=locale) as process:
+                          encoding="utf-8", start_new_session=True, env={**os.environ, "LC_ALL": locale}) as process:
         try:
             told = process.communicate(timeout=150)[0]
         except subprocess.TimeoutExpired:
@@ -153,9 +152,11 @@ def check_installed(program, build):
         scripts = prefix / "share/gdb/auto-load"
         allow = [f"add-auto-load-safe-path {prefix}", f"add-auto-load-scripts-directory {scripts}"]
         where = [f"LD_LIBRARY_PATH={library.parent}"]
-        # Nothing is sourced here.
-        told = run_gdb(program, allow, STOPS[:1], where)
-        problems = compare(told, STOPS[:1])
+        # Nothing is sourced here. And the terminal has ASCII only.
+        stops = [[(expression, re.sub("[^ -~]", lambda match: f"\\u{{{ord(match[0]):X}}}", expected))
+                  for expression, expected in STOPS[0]]]
+        told = run_gdb(program, allow, stops, where, "C")
+        problems = compare(told, stops)
         if len(loaders) != 2:
             problems.append(f"installed loaders: {loaders}")
     return problems
