@@ -56,7 +56,17 @@ const std::vector<Command>& Commands()
          &RunGallery,
          /*takesMore*/ false,
          /*needsOutput*/ true},
-        {L"export", "FILE", "writes the sheet to a file, - being the standard output", 1, {"--lossy"}, &RunExport}};
+        {L"export", "FILE", "writes the sheet to a file, - being the standard output", 1, {"--lossy"}, &RunExport},
+        {L"check",
+         "SHEET.json [--json]",
+         "everything about a sheet's file that reading it passes over",
+         1,
+         {"--json"},
+         nullptr,
+         /*takesMore*/ false,
+         /*needsOutput*/ false,
+         &RunCheck,
+         Status::BadUsage}};
     return commands;
 }
 
@@ -64,10 +74,17 @@ std::string Help()
 {
     std::string text = "Reads a style sheet under a schema, and answers questions about it.\n\n"
                        "  styles-inspect --schema SCHEMA.json SHEET.json COMMAND ...\n\nCommands:\n";
-    for (const Command& command : Commands())
+    for (const bool alone : {false, true})
     {
-        text += "  " + Shown(command.name) + (*command.usage != 0 ? " " : "") + command.usage + "\n      " +
-                command.summary + '\n';
+        text += alone ? "\n  styles-inspect --schema SCHEMA.json COMMAND ...\n\nCommands:\n" : "";
+        for (const Command& command : Commands())
+        {
+            if ((command.runAlone != nullptr) == alone)
+            {
+                text += "  " + Shown(command.name) + (*command.usage != 0 ? " " : "") + command.usage + "\n      " +
+                        command.summary + '\n';
+            }
+        }
     }
     return text +
            "\nA PATH leads through substyles and lists to a property: fill.angle, fill.gradient.stops[0].color\n"
@@ -82,9 +99,12 @@ std::string Help()
            "  --in-place      flatten: saves over the sheet's own file\n"
            "  --lossy         saves over a file also when it held what the schema does not know; flatten, delete:\n"
            "                  also when a style cannot look as before\n"
+           "  --json          check, diff: the answer as JSON\n"
            "  --              what follows is no option\n"
            "  --help, --version\n"
-           "\nStatus: 0 done, 1 bad input (nothing was saved), 2 bad command line\n";
+           "\nStatus: 0 done, 1 bad input (nothing was saved), 2 bad command line\n"
+           "  check: 0 nothing but hints, 1 errors or warnings, 2 trouble\n"
+           "  diff: 0 no difference, 1 differences, 2 trouble\n";
 }
 
 std::string Version()
@@ -181,6 +201,7 @@ private:
                : argument == L"--no-defaults" ? &request.noDefaults
                : argument == L"--lossy"       ? &request.lossy
                : argument == L"--in-place"    ? &request.inPlace
+               : argument == L"--json"        ? &request.json
                                               : nullptr;
     }
 
@@ -203,25 +224,42 @@ private:
         return value;
     }
 
+    static const Command* FindCommand(const VelString& name)
+    {
+        const auto found = std::find_if(Commands().begin(), Commands().end(),
+                                        [&name](const Command& known) { return name == known.name; });
+        return found != Commands().end() ? &*found : nullptr;
+    }
+
+    static bool IsAlone(const Command* command) { return command != nullptr && command->runAlone != nullptr; }
+
     void CheckWords()
     {
         if (m_line.schemaPath.empty())
         {
             Refuse("--schema is missing");
         }
-        if (m_words.size() < 2)
+        if (m_words.empty() || (m_words.size() == 1 && !IsAlone(FindCommand(m_words[0]))))
         {
             Refuse(m_words.empty() ? "the sheet is missing" : "the command is missing");
         }
-        m_line.sheetPath = m_words[0];
-        const auto command = std::find_if(Commands().begin(), Commands().end(),
-                                          [this](const Command& known) { return m_words[1] == known.name; });
-        if (command == Commands().end())
+        // A command that reads its sheets by itself stands before them.
+        const std::size_t place = IsAlone(FindCommand(m_words[0])) ? 0 : 1;
+        const Command* command = FindCommand(m_words[place]);
+        if (command == nullptr)
         {
-            Refuse("there is no command " + Quoted(m_words[1]));
+            Refuse("there is no command " + Quoted(m_words[place]));
         }
-        m_line.command = &*command;
-        m_line.request.arguments.assign(m_words.begin() + 2, m_words.end());
+        m_line.command = command;
+        if (place == 1 && IsAlone(command))
+        {
+            Refuse("the command " + Quoted(command->name) + " stands before its files");
+        }
+        if (place == 1)
+        {
+            m_line.sheetPath = m_words[0];
+        }
+        m_line.request.arguments.assign(m_words.begin() + static_cast<std::ptrdiff_t>(place) + 1, m_words.end());
         const std::size_t count = m_line.request.arguments.size() + (m_line.request.unset ? 1 : 0);
         const bool excludeEachOther = m_line.request.inPlace && !m_line.request.outputPath.empty();
         const bool lacksOutput = command->needsOutput && m_line.request.outputPath.empty();

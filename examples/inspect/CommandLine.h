@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Commands.h"
+#include "Failure.h"
 
 #include <string>
 #include <vector>
@@ -18,9 +19,11 @@ struct Command
     const char* summary;
     std::size_t argumentCount;        ///< with `takesMore`, at least
     std::vector<std::string> options; ///< that this command takes
-    void (*run)(Session& session);
+    void (*run)(Session& session);    ///< null for a command that reads its sheets by itself
     bool takesMore = false;
     bool needsOutput = false; ///< -o has to be given
+    int (*runAlone)(Task& task) = nullptr;
+    Status trouble = Status::BadInput; ///< the status when the command cannot do what it is asked
 };
 
 /// A command line that makes sense.

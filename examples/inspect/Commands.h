@@ -2,6 +2,7 @@
 /// The commands of the program, a source file each.
 #pragma once
 
+#include "Progress.h"
 #include "Sheet.h"
 
 #include <ostream>
@@ -21,6 +22,7 @@ struct Request
     bool noDefaults = false;
     bool lossy = false;
     bool inPlace = false;
+    bool json = false;
 };
 
 /// What a command works with.
@@ -31,6 +33,16 @@ struct Session
     const Request& request;
     std::ostream& out;
     std::ostream& err;
+};
+
+/// What a command works with that reads its sheets, the arguments, by itself.
+struct Task
+{
+    const Schema& schema;
+    const Request& request;
+    std::ostream& out;
+    std::ostream& err;
+    Progress& progress;
 };
 
 /// \name The commands. Each throws `Failure` when it cannot do what it is asked; nothing is saved then.
@@ -47,6 +59,20 @@ void RunFlatten(Session& session);
 void RunDelete(Session& session);
 void RunGallery(Session& session);
 /// @}
+
+/// \name The commands that read their sheets by themselves. Each gives the status for the shell, and throws `Failure`
+/// when it cannot do what it is asked.
+/// @{
+[[nodiscard]] int RunCheck(Task& task);
+// DIFF [[nodiscard]] int RunDiff(Task& task);
+// SCHEMA [[nodiscard]] int RunSchema(Task& task);
+/// @}
+
+/// Warns of what was passed over in a sheet's file.
+void WarnOfLosses(const Sheet& sheet, std::ostream& err);
+
+/// Writes a file as a whole. \throws Failure when it cannot be written; it is as it was then.
+void WriteFile(const VelString& path, const std::string& bytes);
 
 /// The style of that name. \throws Failure when there is none.
 [[nodiscard]] Styles::Style& FindStyle(const Sheet& sheet, const VelString& name);

@@ -3,6 +3,7 @@
 #include "CommandLine.h"
 #include "Failure.h"
 #include "Output.h"
+#include "Progress.h"
 
 #include <exception>
 #include <new>
@@ -25,29 +26,32 @@ void WriteMessage(std::ostream& err, const std::string& message)
     }
 }
 
-void RunCommand(const CommandLine& line, std::ostream& out, std::ostream& err)
+int RunCommand(const CommandLine& line, std::ostream& out, std::ostream& err)
 {
     Schema schema(ReadDocument(line.schemaPath));
     const RegisteredSchema registered(schema);
-    Sheet sheet(schema, line.sheetPath);
-    for (const std::string& loss : sheet.GetLosses())
+    Progress progress(err);
+    if (line.command->runAlone != nullptr)
     {
-        err << "styles-inspect: warning: " << loss << " (passed over)\n";
+        Task task{schema, line.request, out, err, progress};
+        return line.command->runAlone(task);
     }
-    for (const std::string& warning : sheet.GetWarnings())
-    {
-        err << "styles-inspect: warning: " << warning << '\n';
-    }
+    Sheet sheet(schema, line.sheetPath, &progress);
+    WarnOfLosses(sheet, err);
     Session session{schema, sheet, line.request, out, err};
     line.command->run(session);
+    return static_cast<int>(Status::Done);
 }
 
-int RunChecked(const std::vector<VelString>& arguments, std::ostream& out, std::ostream& err)
+/// \param trouble becomes the status of a command that cannot do what it is asked
+int RunChecked(const std::vector<VelString>& arguments, std::ostream& out, std::ostream& err, Status& trouble)
 {
     const CommandLine line = ParseCommandLine(arguments);
+    int status = static_cast<int>(Status::Done);
     if (line.command != nullptr)
     {
-        RunCommand(line, out, err);
+        trouble = line.command->trouble;
+        status = RunCommand(line, out, err);
     }
     else
     {
@@ -57,24 +61,25 @@ int RunChecked(const std::vector<VelString>& arguments, std::ostream& out, std::
     {
         throw Failure("the answer cannot be written");
     }
-    return static_cast<int>(Status::Done);
+    return status;
 }
 
 } // namespace
 
 int Run(const std::vector<VelString>& arguments, std::ostream& out, std::ostream& err) noexcept
 {
+    Status trouble = Status::BadInput;
     try
     {
         try
         {
-            return RunChecked(arguments, out, err);
+            return RunChecked(arguments, out, err, trouble);
         }
         catch (const Failure& failure)
         {
             out.flush();
             WriteMessage(err, failure.what());
-            return static_cast<int>(failure.GetStatus());
+            return static_cast<int>(failure.GetStatus() == Status::BadInput ? trouble : failure.GetStatus());
         }
         catch (const std::bad_alloc&)
         {
@@ -87,7 +92,7 @@ int Run(const std::vector<VelString>& arguments, std::ostream& out, std::ostream
     }
     catch (...) // not even the message could be written
     {}
-    return static_cast<int>(Status::BadInput);
+    return static_cast<int>(trouble);
 }
 
 } // namespace Inspect

@@ -3,6 +3,7 @@
 #include "Failure.h"
 #include "Output.h"
 #include "OwnValues.h"
+#include "Progress.h"
 #include "SheetCheck.h"
 
 #include <VelUtils/Stream.h>
@@ -52,26 +53,42 @@ private:
 
 } // namespace
 
-Sheet::Sheet(const Schema& schema, const VelString& path) : m_path(path)
+Sheet::Sheet(const Schema& schema, const VelString& path, Progress* progress)
+    : Sheet(schema, ReadDocument(path), progress)
+{}
+
+Sheet::Sheet(const Schema& schema, const Document& document, Progress* progress) : m_path(document.path)
 {
-    const Document document = ReadDocument(path);
-    SheetReport report = CheckSheet(document, *this);
-    if (!report.mistakes.empty())
+    const std::vector<Finding> findings = CheckSheet({document, nullptr, progress}, *this);
+    Read(schema, document, findings, progress);
+}
+
+Sheet::Sheet(const Schema& schema, const Document& document, const std::vector<Finding>& findings, Progress* progress)
+    : m_path(document.path)
+{
+    Read(schema, document, findings, progress);
+}
+
+void Sheet::Read(const Schema& schema, const Document& document, const std::vector<Finding>& findings,
+                 Progress* progress)
+{
+    std::string message;
+    for (const std::string& mistake : MessagesOf(m_path, findings, Effect::Refused))
     {
-        std::string message;
-        for (const std::string& mistake : report.mistakes)
-        {
-            message += (message.empty() ? "" : "\n") + mistake;
-        }
+        message += (message.empty() ? "" : "\n") + mistake;
+    }
+    if (!message.empty())
+    {
         throw Failure(message);
     }
+    const ProgressPhase phase(progress, "reading", document.bytes.size());
     VelUtils::MemoryStream stream(document.bytes);
     if (!Import(stream, /*replace*/ false))
     {
-        throw Failure(Shown(path) + ": cannot be read as a sheet");
+        throw Failure(Shown(m_path) + ": cannot be read as a sheet");
     }
-    m_losses = std::move(report.losses);
-    m_warnings = std::move(report.warnings);
+    m_losses = MessagesOf(m_path, findings, Effect::Lost);
+    m_warnings = MessagesOf(m_path, findings, Effect::Altered);
 
     const auto& root = document.value.Get<Json::Object>();
     for (std::size_t index = 0; index < root.GetSize(); ++index)

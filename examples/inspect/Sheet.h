@@ -3,6 +3,7 @@
 /// written so that little of the file changes.
 #pragma once
 
+#include "Findings.h"
 #include "Schema.h"
 
 #include <styles/StyleSheet.h>
@@ -13,6 +14,8 @@
 namespace Inspect
 {
 
+class Progress;
+
 /// A sheet on a file.
 ///
 /// The library reads documents of any origin and passes over what it does not understand. Whoever is to save the file
@@ -21,7 +24,12 @@ class Sheet : public Styles::StyleSheet
 {
 public:
     /// Reads the file. The schema must be registered. \throws Failure when the file is no sheet, with all mistakes.
-    Sheet(const Schema& schema, const VelString& path);
+    /// \param progress tells of the work; null for silence
+    Sheet(const Schema& schema, const VelString& path, Progress* progress = nullptr);
+
+    /// Takes a document that was read, and checked for an empty sheet. \throws Failure when a finding refuses it.
+    Sheet(const Schema& schema, const Document& document, const std::vector<Finding>& findings,
+          Progress* progress = nullptr);
 
     /// What was passed over in the file, a message with its place each; saving to the same file loses it.
     [[nodiscard]] const std::vector<std::string>& GetLosses() const noexcept { return m_losses; }
@@ -48,6 +56,9 @@ protected:
     void ExportJson(Json::Variant& out, bool includeTemporaries) const override;
 
 private:
+    Sheet(const Schema& schema, const Document& document, Progress* progress);
+    void Read(const Schema& schema, const Document& document, const std::vector<Finding>& findings, Progress* progress);
+
     VelString m_path;
     std::vector<VelString> m_categoryOrder;
     std::vector<std::string> m_losses;

@@ -101,7 +101,7 @@ private:
                 {
                     Add(Rules::BadShape, styleSpot, "a style is an object, not " + KindOf(*block->GetValue(index)));
                 }
-                Step(m_checked.progress);
+                CountStep(m_checked.progress);
             }
         }
         else
@@ -177,8 +177,8 @@ private:
         if (definition.GetNewSinceVersion() > m_version)
         {
             Add(Rules::NewerProperty, spot,
-                "new since version " + std::to_string(definition.GetNewSinceVersion()) + ", and the sheet has version " +
-                    std::to_string(m_version) + ": writing leaves it out");
+                "new since version " + std::to_string(definition.GetNewSinceVersion()) +
+                    ", and the sheet has version " + std::to_string(m_version) + ": writing leaves it out");
         }
         if (value.Is<Json::NullType>())
         {

@@ -4,6 +4,8 @@
 #include "Failure.h"
 #include "Output.h"
 
+#include <VelUtils/Stream.h>
+
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -57,6 +59,27 @@ void SaveChanges(Session& session, const std::string& report)
     if (path != L"-")
     {
         session.out << report << "saved to " << Shown(path) << '\n';
+    }
+}
+
+void WarnOfLosses(const Sheet& sheet, std::ostream& err)
+{
+    for (const std::string& loss : sheet.GetLosses())
+    {
+        err << "styles-inspect: warning: " << loss << " (passed over)\n";
+    }
+    for (const std::string& warning : sheet.GetWarnings())
+    {
+        err << "styles-inspect: warning: " << warning << '\n';
+    }
+}
+
+void WriteFile(const VelString& path, const std::string& bytes)
+{
+    VelUtils::Stream stream = VelUtils::FileStream::Create(path);
+    if (!stream || !stream.Write(bytes.data(), bytes.size()) || !stream.Close())
+    {
+        throw Failure(Shown(path) + ": cannot be written; nothing was saved");
     }
 }
 
