@@ -19,18 +19,20 @@ function(styles_add_google_test)
   endforeach()
 endfunction()
 
-# styles_add_objects_of_libraries(<target>)
+# styles_add_static_libraries(<target>)
 #
-# What shared libraries are made of, to be linked into one program: on Windows each library has an operator new of its
-# own, whatever the program does with its one.
-function(styles_add_objects_of_libraries target)
-  add_library(${target} INTERFACE)
+# The sources of the libraries once more, as one static library, for a program that replaces operator new: on Windows a
+# shared library has one of its own, whatever the program does with its.
+function(styles_add_static_libraries target)
+  find_package(nlohmann_json 3.11 REQUIRED)
+  add_library(${target} STATIC)
   foreach(library IN ITEMS styles platform)
-    target_link_libraries(${target} INTERFACE $<TARGET_OBJECTS:${library}>)
-    target_include_directories(${target} INTERFACE $<TARGET_PROPERTY:${library},INTERFACE_INCLUDE_DIRECTORIES>)
+    target_sources(${target} PRIVATE $<TARGET_PROPERTY:${library},SOURCES>)
+    target_include_directories(${target} PUBLIC $<TARGET_PROPERTY:${library},INCLUDE_DIRECTORIES>)
   endforeach()
-  target_compile_definitions(${target} INTERFACE STYLES_STATIC VEL_STATIC)
-  target_compile_features(${target} INTERFACE cxx_std_20)
+  target_link_libraries(${target} PRIVATE nlohmann_json::nlohmann_json)
+  target_compile_definitions(${target} PUBLIC STYLES_STATIC VEL_STATIC)
+  target_compile_features(${target} PUBLIC cxx_std_20)
 endfunction()
 
 # styles_add_whole_program(<program> <folder>)
