@@ -66,7 +66,26 @@ const std::vector<Command>& Commands()
          /*takesMore*/ false,
          /*needsOutput*/ false,
          &RunCheck,
-         Status::BadUsage}};
+         Status::BadUsage},
+        {L"diff",
+         "BEFORE.json AFTER.json [--json]",
+         "what is different between two sheets, style by style",
+         2,
+         {"--json"},
+         nullptr,
+         /*takesMore*/ false,
+         /*needsOutput*/ false,
+         &RunDiff,
+         Status::BadUsage},
+        {L"schema",
+         "[-o FILE]",
+         "a JSON Schema for the sheets of the schema",
+         0,
+         {"-o"},
+         nullptr,
+         /*takesMore*/ false,
+         /*needsOutput*/ false,
+         &RunSchema}};
     return commands;
 }
 
@@ -94,7 +113,7 @@ std::string Help()
            "  --unset         set: takes the own value away, so that the style inherits again\n"
            "  -o FILE         set, flatten, delete: saves to this file instead of the sheet's own, - being the\n"
            "                  standard output\n"
-           "  -o FILE         gallery: the page is written there\n"
+           "  -o FILE         gallery, schema: what is made is written there\n"
            "  --look FILE     gallery: what the properties are in a drawing, where the schema does not say\n"
            "  --in-place      flatten: saves over the sheet's own file\n"
            "  --lossy         saves over a file also when it held what the schema does not know; flatten, delete:\n"

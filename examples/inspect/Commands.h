@@ -64,8 +64,8 @@ void RunGallery(Session& session);
 /// when it cannot do what it is asked.
 /// @{
 [[nodiscard]] int RunCheck(Task& task);
-// DIFF [[nodiscard]] int RunDiff(Task& task);
-// SCHEMA [[nodiscard]] int RunSchema(Task& task);
+[[nodiscard]] int RunDiff(Task& task);
+[[nodiscard]] int RunSchema(Task& task);
 /// @}
 
 /// Warns of what was passed over in a sheet's file.
