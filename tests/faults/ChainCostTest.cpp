@@ -12,7 +12,7 @@ namespace Styles::Testing
 namespace
 {
 
-constexpr std::size_t FullLength = 100'000;
+constexpr std::size_t FullLength = 20'000;
 
 /// A sheet of styles, each of which inherits from the one before.
 class Chain
