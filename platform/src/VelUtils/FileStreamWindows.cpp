@@ -9,6 +9,7 @@
 #    include <algorithm>
 #    include <cstddef>
 #    include <cwchar>
+#    include <utility>
 #    include <vector>
 #    include <windows.h>
 
@@ -170,17 +171,17 @@ bool FileWriter::CreateTemporary(const std::wstring& folder, const VelPlatform::
     SECURITY_ATTRIBUTES security{sizeof(SECURITY_ATTRIBUTES), rights.data(), FALSE};
     for (int number = 0; number < kSavingNames; ++number)
     {
-        const std::wstring temporary = folder + VelPlatform::ToWide(SavingName(name, number, longestName)).c_str();
+        std::wstring temporary = folder + VelPlatform::ToWide(SavingName(name, number, longestName)).c_str();
         if (!m_committed)
         {
             DeleteFileW(temporary.c_str());
             continue;
         }
+        m_temporary = std::move(temporary); // before there is a file, so that nothing that throws leaves one behind
         // It is shared with nobody: what another writer is working on is opened, or deleted, by none.
-        m_file.Open(CreateFileW(temporary.c_str(), GENERIC_WRITE, 0, rights.empty() ? nullptr : &security,
+        m_file.Open(CreateFileW(m_temporary.c_str(), GENERIC_WRITE, 0, rights.empty() ? nullptr : &security,
                                 CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
         m_committed = !m_file;
-        m_temporary = temporary;
     }
     return !m_committed;
 }
