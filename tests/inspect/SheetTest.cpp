@@ -1,6 +1,7 @@
 #include "Sheet.h"
 
 #include "InspectTools.h"
+#include "Output.h"
 
 #include <algorithm>
 
@@ -37,7 +38,7 @@ std::vector<std::string> MessagesOf(const char* sheet, const Get& get)
     std::vector<std::string> messages;
     for (const std::string& message : get(open.Get()))
     {
-        const std::string path = (folder / "sheet.json").string() + ": ";
+        const std::string path = Shown(Support::ToText(folder / "sheet.json")) + ": ";
         messages.push_back(message.starts_with(path) ? message.substr(path.size()) : message);
     }
     return messages;

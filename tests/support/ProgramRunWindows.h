@@ -66,7 +66,7 @@ inline int RunToEnd(const std::filesystem::path& program, const std::filesystem:
     std::wstring line = ForCommandLine(path.wstring());
     for (const std::string& argument : arguments)
     {
-        line += L' ' + ForCommandLine(std::filesystem::path(argument).wstring());
+        line += L' ' + ForCommandLine(ToPath(argument).wstring());
     }
     const SystemHandle outFile(OpenForChild(out, isOutRefusing));
     const SystemHandle errFile(OpenForChild(err, false));

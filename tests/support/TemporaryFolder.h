@@ -13,6 +13,18 @@
 namespace Support
 {
 
+/// A path from UTF-8, which is how tests write names on every system.
+inline std::filesystem::path ToPath(const std::string& utf8)
+{
+    return std::u8string(utf8.begin(), utf8.end());
+}
+
+inline std::string ToUtf8(const std::filesystem::path& path)
+{
+    const std::u8string utf8 = path.u8string();
+    return std::string(utf8.begin(), utf8.end());
+}
+
 /// A new, empty folder for one test; it goes, with all that is in it, when the test is through.
 class TemporaryFolder
 {
@@ -34,7 +46,7 @@ public:
     }
 
     const std::filesystem::path& GetPath() const { return m_path; }
-    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
+    std::filesystem::path operator/(const std::string& name) const { return m_path / ToPath(name); }
 
     /// The names in the folder, in order.
     std::vector<std::string> GetNames() const
@@ -42,7 +54,7 @@ public:
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(m_path))
         {
-            names.push_back(entry.path().filename().string());
+            names.push_back(ToUtf8(entry.path().filename()));
         }
         std::sort(names.begin(), names.end());
         return names;
@@ -62,7 +74,7 @@ inline std::filesystem::path FolderInMemory()
 
 inline VelPlatform::VelString ToText(const std::filesystem::path& path)
 {
-    return VelPlatform::ToWide(path.string());
+    return VelPlatform::ToWide(ToUtf8(path));
 }
 
 inline std::string BytesOf(const std::filesystem::path& path)
