@@ -87,7 +87,8 @@ Json::Variant ReferenceTo(const PropertyKey& category)
 {
     // In a reference two characters of a name have names of their own, and all but plain ones are percent-encoded.
     std::string reference = "#/$defs/";
-    for (const char c : std::string_view(VelPlatform::ToNarrow(category.GetText())))
+    const VelPlatform::VelStringA name = VelPlatform::ToNarrow(category.GetText());
+    for (const char c : name)
     {
         const auto byte = static_cast<unsigned char>(c);
         const bool isPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
