@@ -145,7 +145,11 @@ public:
     /// Takes the callable of `other`, which is empty then.
     basic_safe_function(basic_safe_function&& other) noexcept = default;
     /// Throws what copying the callable throws; the function is as it was then.
-    basic_safe_function& operator=(const basic_safe_function& other) { return *this = basic_safe_function(other); }
+    basic_safe_function& operator=(const basic_safe_function& other)
+    {
+        *this = basic_safe_function(other);
+        return *this;
+    }
     /// Takes the callable of `other`, which is empty then.
     basic_safe_function& operator=(basic_safe_function&& other) noexcept = default;
     ~basic_safe_function() = default;
