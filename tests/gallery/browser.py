@@ -150,6 +150,37 @@ class Page(unittest.TestCase):
         self.open_example("Gr%C3%B6%C3%9Fenangabe")
         self.assertEqual(self.value("document.querySelectorAll('.preview path[fill=\"#1565c0\"]').length"), 2)
 
+    def test_draws_hatches_and_patterns_that_nobody_described(self):
+        schema = {
+            "version": 1,
+            "styleSets": [{"name": "area", "uiName": "Area", "look": "fill", "properties": [
+                {"name": "how", "type": "string", "default": "solid", "look": "mode"},
+                {"name": "number", "type": "uint", "default": "0", "look": "pattern"},
+                {"name": "wide", "type": "double", "default": "1", "look": "xScale"},
+                {"name": "lean", "type": "double", "default": "0", "look": "skew"}]}],
+            "categories": [{"name": "lines", "uiName": "Lines", "look": "hatch", "properties": [
+                {"name": "paint", "type": "string", "default": "", "look": "color"},
+                {"name": "gap", "type": "double", "default": "0", "unit": "mm", "look": "distance"},
+                {"name": "turn", "type": "double", "default": "0", "look": "angle"}]}],
+            "base": {"uiName": "Shape", "properties": []},
+            "substyles": {"area": ["lines"]},
+        }
+        sheet = {"version": 1, "lines": {"Slanted": {"paint": "#aa0000", "gap": "2", "turn": "30"}}, "style": {
+            "Hatched": {"area": {"how": "hatch", "lines": {"inherits": "Slanted"}}},
+            "Numbered": {"area": {"number": "5", "wide": "2", "lean": "10"}},
+            "Plain": {"area": {"lines": {"inherits": "Slanted"}}}}}
+        page = self.make(schema, sheet)
+        pattern = "(p => p && [p.getAttribute('patternTransform'), p.firstChild.getAttribute('stroke')])" \
+                  "(document.querySelector('.preview pattern'))"
+        for style, expected in (("Hatched", ["rotate(30) skewX(0) scale(1.5 1.5)", "#aa0000"]),
+                                ("Slanted", ["rotate(30) skewX(0) scale(1.5 1.5)", "#aa0000"]),
+                                ("Numbered", ["rotate(0) skewX(10) scale(4.5 2.25)", "#000000"]),
+                                ("Plain", None)):
+            with self.subTest(style):
+                self.open(f"{page}#style={style}")
+                self.assertEqual(self.value(pattern), expected)
+        self.expect_quiet()
+
     def test_tells_where_a_value_comes_from_and_what_it_overrides(self):
         self.open_example("Stra%C3%9Fe")
         row = "[...document.querySelector('tr[data-path=\"{}\"]').children].map(c => c.textContent)"

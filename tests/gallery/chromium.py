@@ -42,6 +42,7 @@ class Chromium:
         self._session = self.call("Target.attachToTarget", targetId=page, flatten=True)["sessionId"]
         for domain in ("Page", "Runtime", "Log", "Network"):
             self.call(f"{domain}.enable")
+        self.call("Emulation.setFocusEmulationEnabled", enabled=True)
 
     def _hand_over(self, to_browser, from_browser):
         # Both are moved out of the way first: one may be where the other has to go.
@@ -99,6 +100,8 @@ class Chromium:
         self.events.clear()
         self.call("Page.navigate", url=address)
         self.wait_for("document.readyState === 'complete' && location.protocol !== 'about:'")
+        # Keys and clicks that come before the first picture may be lost.
+        self.evaluate("new Promise(done => requestAnimationFrame(() => requestAnimationFrame(() => done())))")
 
     def evaluate(self, expression):
         """The value of an expression of JavaScript; a promise is waited for."""

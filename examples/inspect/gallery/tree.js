@@ -135,10 +135,14 @@ function setTreeFocus(node, takesFocus = true) {
 function markInTree(style, previous) {
   nodeOfStyle.get(previous)?.element.setAttribute("aria-selected", "false");
   const node = nodeOfStyle.get(style);
+  let wasClosed = false;
   for (let above = node.parent; above !== null; above = above.parent) {
+    wasClosed ||= !above.isOpen;
     above.isOpen = true;
   }
-  updateTree(currentMatches);
+  if (wasClosed) {
+    updateTree(currentMatches);
+  }
   node.element.setAttribute("aria-selected", "true");
   if (node.isShown) {
     setTreeFocus(node, false);
