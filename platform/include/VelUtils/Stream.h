@@ -6,11 +6,9 @@
 #include "VelPlatform/VelApi.h"
 
 #include <cstddef>
-#include <exception>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace VelUtils
 {
@@ -23,8 +21,8 @@ using VelPlatform::VelString;
 /// makes what was written last. A stream whose handle is destroyed while an exception passes is given up instead, and
 /// so is one into which nothing was written and that nobody closed.
 ///
-/// Exceptions are counted where a handle is made and destroyed: on Windows each module that carries a language runtime
-/// of its own knows only of those that it throws itself, so modules should share one.
+/// That an exception passes is known from the language runtime of this library. On Windows a module that is linked with a
+/// runtime of its own keeps its exceptions to itself: hosts whose handles are to be given up share the runtime.
 ///
 /// Threads: a stream and all its handles belong to one thread at a time.
 class VEL_API Stream
@@ -46,33 +44,18 @@ public:
     };
 
     /// A handle on nothing.
-    Stream() noexcept : m_exceptionsPassing(std::uncaught_exceptions()) {}
+    Stream() noexcept;
     /// A stream on a device, which it owns; on nothing when the device is null.
-    explicit Stream(std::unique_ptr<Device> device)
-        : m_state(MakeState(std::move(device))), m_exceptionsPassing(std::uncaught_exceptions())
-    {}
+    explicit Stream(std::unique_ptr<Device> device);
     /// Another handle on the same stream.
-    Stream(const Stream& other) noexcept : m_state(other.m_state), m_exceptionsPassing(std::uncaught_exceptions()) {}
+    Stream(const Stream& other) noexcept;
     /// Takes the handle; `other` is one on nothing then.
-    Stream(Stream&& other) noexcept : m_state(std::move(other.m_state)), m_exceptionsPassing(std::uncaught_exceptions())
-    {}
-    ~Stream()
-    {
-        if (std::uncaught_exceptions() > m_exceptionsPassing)
-        {
-            GiveUp();
-        }
-    }
+    Stream(Stream&& other) noexcept;
+    ~Stream();
     /// Lets the own stream go and becomes another handle on that of `other`.
-    Stream& operator=(const Stream& other) noexcept { return *this = Stream(other); }
+    Stream& operator=(const Stream& other) noexcept;
     /// Lets the own stream go and takes the handle; `other` is one on nothing then.
-    Stream& operator=(Stream&& other) noexcept
-    {
-        std::shared_ptr<State> taken = std::move(other.m_state);
-        m_state.swap(taken);
-        m_exceptionsPassing = std::uncaught_exceptions();
-        return *this;
-    }
+    Stream& operator=(Stream&& other) noexcept;
 
     /// Whether there is an open stream that has not failed.
     explicit operator bool() const noexcept;
@@ -101,7 +84,7 @@ public:
 private:
     struct State;
 
-    static std::shared_ptr<State> MakeState(std::unique_ptr<Device> device);
+    void Release() noexcept;
 
     std::shared_ptr<State> m_state;
     int m_exceptionsPassing; // when this handle got its stream
@@ -124,15 +107,10 @@ public:
     /// @return a handle on nothing when the path cannot be written: no such folder, no permission, not a plain file, a
     ///         text that names no path. On Windows the system refuses to replace a file that somebody else has open:
     ///         closing gives false then, and the file is as it was.
-    static Stream Create(const VelString& path) { return Stream(CreateDevice(path)); }
+    static Stream Create(const VelString& path);
 
     /// Reads a file; a handle on nothing when there is none to be read.
-    static Stream Open(const VelString& path) { return Stream(OpenDevice(path)); }
-
-private:
-    // Null where there is nothing to be written or read.
-    static std::unique_ptr<Stream::Device> CreateDevice(const VelString& path);
-    static std::unique_ptr<Stream::Device> OpenDevice(const VelString& path);
+    static Stream Open(const VelString& path);
 };
 
 /// A stream in memory: a handle on it and on its bytes, which live as long as one of the handles.

@@ -285,26 +285,26 @@ bool FileWriter::Commit()
 
 } // namespace
 
-std::unique_ptr<Stream::Device> FileStream::CreateDevice(const VelString& path)
+Stream FileStream::Create(const VelString& path)
 {
     std::string bytes;
-    return ToSystemPath(path, bytes) ? FileWriter::Create(std::move(bytes)) : nullptr;
+    return ToSystemPath(path, bytes) ? Stream(FileWriter::Create(std::move(bytes))) : Stream();
 }
 
-std::unique_ptr<Stream::Device> FileStream::OpenDevice(const VelString& path)
+Stream FileStream::Open(const VelString& path)
 {
     std::string bytes;
     if (!ToSystemPath(path, bytes))
     {
-        return nullptr;
+        return Stream();
     }
     Descriptor file(Repeat([&] { return open(bytes.c_str(), O_RDONLY | O_CLOEXEC); }));
     struct stat opened = {};
     if (!file || fstat(file.Get(), &opened) != 0 || S_ISDIR(opened.st_mode))
     {
-        return nullptr;
+        return Stream();
     }
-    return std::make_unique<FileReader>(std::move(file));
+    return Stream(std::make_unique<FileReader>(std::move(file)));
 }
 
 } // namespace VelUtils

@@ -217,20 +217,20 @@ bool FileWriter::Commit()
 
 } // namespace
 
-std::unique_ptr<Stream::Device> FileStream::CreateDevice(const VelString& path)
+Stream FileStream::Create(const VelString& path)
 {
-    return IsSystemPath(path) ? FileWriter::Create(path) : nullptr;
+    return IsSystemPath(path) ? Stream(FileWriter::Create(path)) : Stream();
 }
 
-std::unique_ptr<Stream::Device> FileStream::OpenDevice(const VelString& path)
+Stream FileStream::Open(const VelString& path)
 {
     if (!IsSystemPath(path))
     {
-        return nullptr;
+        return Stream();
     }
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    return file == INVALID_HANDLE_VALUE ? nullptr : std::make_unique<FileReader>(file);
+    return file == INVALID_HANDLE_VALUE ? Stream() : Stream(std::make_unique<FileReader>(file));
 }
 
 } // namespace VelUtils

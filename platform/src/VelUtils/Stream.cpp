@@ -1,5 +1,6 @@
 #include "VelUtils/Stream.h"
 
+#include <exception>
 #include <utility>
 
 namespace VelUtils
@@ -55,9 +56,39 @@ struct Stream::State
 
 Stream::Device::~Device() = default;
 
-std::shared_ptr<Stream::State> Stream::MakeState(std::unique_ptr<Device> device)
+Stream::Stream() noexcept : m_exceptionsPassing(std::uncaught_exceptions()) {}
+
+Stream::Stream(std::unique_ptr<Device> device)
+    : m_state(device ? std::make_shared<State>(std::move(device)) : nullptr),
+      m_exceptionsPassing(std::uncaught_exceptions())
+{}
+
+Stream::Stream(const Stream& other) noexcept : m_state(other.m_state), m_exceptionsPassing(std::uncaught_exceptions())
+{}
+
+Stream::Stream(Stream&& other) noexcept
+    : m_state(std::move(other.m_state)), m_exceptionsPassing(std::uncaught_exceptions())
+{}
+
+Stream::~Stream()
 {
-    return device ? std::make_shared<State>(std::move(device)) : nullptr;
+    if (std::uncaught_exceptions() > m_exceptionsPassing)
+    {
+        GiveUp();
+    }
+}
+
+Stream& Stream::operator=(const Stream& other) noexcept
+{
+    return *this = Stream(other);
+}
+
+Stream& Stream::operator=(Stream&& other) noexcept
+{
+    std::shared_ptr<State> taken = std::move(other.m_state);
+    m_state.swap(taken);
+    m_exceptionsPassing = std::uncaught_exceptions();
+    return *this;
 }
 
 Stream::operator bool() const noexcept
