@@ -26,11 +26,6 @@ if(NOT is_trial)
   set(nlohmann_json_DIR ${prefix}/share/cmake/nlohmann_json CACHE PATH "The JSON library's package, headers only")
 endif()
 
-# The compiler's runtime goes into every program and every shared library, so that none has to be found when they start.
-set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
-set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
-set(CMAKE_MODULE_LINKER_FLAGS_INIT -static)
-
 find_program(STYLES_WINE NAMES wine64 PATHS /usr/lib/wine NO_CMAKE_FIND_ROOT_PATH)
 if(STYLES_WINE)
   set(CMAKE_CROSSCOMPILING_EMULATOR ${STYLES_WINE})

@@ -19,6 +19,18 @@ function(styles_add_google_test)
   endforeach()
 endfunction()
 
+# styles_copy_runtime()
+#
+# Puts the compiler's runtime beside the programs. All modules of a process share it: linked into each of them, it would
+# know in each only of the exceptions that this one throws.
+function(styles_copy_runtime)
+  foreach(library IN ITEMS libstdc++-6 libgcc_s_seh-1 libwinpthread-1)
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library}.dll
+      OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    file(COPY ${file} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+  endforeach()
+endfunction()
+
 # styles_add_static_libraries(<target>)
 #
 # The sources of the libraries once more, as one static library, for a program that replaces operator new: on Windows a
@@ -33,6 +45,7 @@ function(styles_add_static_libraries target)
   target_link_libraries(${target} PRIVATE nlohmann_json::nlohmann_json)
   target_compile_definitions(${target} PUBLIC STYLES_STATIC VEL_STATIC)
   target_compile_features(${target} PUBLIC cxx_std_20)
+  target_link_options(${target} PUBLIC -static) # the runtime too calls the operator new of the program then
 endfunction()
 
 # styles_add_whole_program(<program> <folder>)
