@@ -200,6 +200,14 @@ function(styles_add_house_tests)
 
   styles_add_interface_test(layout)
   styles_add_interface_test(cost)
+  # What is exported also depends on the compiler and its options: one build stands for each.
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND BUILD_SHARED_LIBS)
+    if(CMAKE_BUILD_TYPE STREQUAL "Release")
+      styles_add_interface_test(symbols $<TARGET_FILE:platform> $<TARGET_FILE:styles>)
+    elseif(CMAKE_CXX_FLAGS_DEBUG MATCHES "-fsanitize=address")
+      styles_add_interface_test(changes $<TARGET_FILE:platform> $<TARGET_FILE:styles>)
+    endif()
+  endif()
   styles_add_reference_test()
 
   styles_add_page_program(readme README.md)
