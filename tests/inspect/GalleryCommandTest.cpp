@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <regex>
 
 namespace Inspect::Testing
 {
@@ -222,24 +223,38 @@ TEST_F(GalleryCommand, NamesCannotEndTheElementThatTheyStandIn)
     EXPECT_THAT(page.Names(),
                 ::testing::UnorderedElementsAre("</script><script>x()</script>", "\"'\\ @script@ @data@", lines));
     EXPECT_EQ(page.Row("</script><script>x()</script>", "note"), "-: <!--<script>&amp; own, over  default");
-    EXPECT_THAT(page.text, Not(::testing::ContainsRegex("[<>&]|\xE2\x80[\xA8\xA9]")));
+    for (const char* dangerous : {"<", ">", "&", "\xE2\x80\xA8", "\xE2\x80\xA9"})
+    {
+        EXPECT_THAT(page.text, Not(HasSubstr(dangerous)));
+    }
     EXPECT_THAT(page.text, HasSubstr("a\\u2028b\\u2029c"));
     EXPECT_THAT(text, HasSubstr("\"use strict\""));
 }
 
 TEST_F(GalleryCommand, TheNameOfTheFileIsShownAsText)
 {
-    Write("<b>&\".json", SmallSheet);
-    const Answer answer = RunBare({"--schema", "schema.json", "<b>&\".json", "gallery", "-o", "-"});
+#if defined(_WIN32) // where names hold no more of markup
+    const std::string name = "&lt;.json";
+    const std::string shown = "&amp;lt;.json";
+#else
+    const std::string name = "<b>&\".json";
+    const std::string shown = "&lt;b>&amp;&quot;.json";
+#endif
+    Write(name, SmallSheet);
+    const Answer answer = RunBare({"--schema", "schema.json", name, "gallery", "-o", "-"});
     EXPECT_EQ(answer.status, 0);
-    EXPECT_THAT(answer.out, HasSubstr("<title>&lt;b>&amp;&quot;.json</title>"));
+    EXPECT_THAT(answer.out, HasSubstr("<title>" + shown + "</title>"));
 }
 
 TEST_F(GalleryCommand, ThePageRefersToNothingOutsideOfIt)
 {
     const std::string page = MakePage();
     EXPECT_THAT(page, HasSubstr("default-src 'none'"));
-    EXPECT_THAT(page, Not(::testing::ContainsRegex(" src=|@import|<link [^>]*href=\"[^d]|fetch\\(|XMLHttp|innerHTML")));
+    for (const char* reference : {" src=", "@import", "fetch(", "XMLHttp", "innerHTML"})
+    {
+        EXPECT_THAT(page, Not(HasSubstr(reference)));
+    }
+    EXPECT_FALSE(std::regex_search(page, std::regex("<link [^>]*href=\"[^d]")));
     std::size_t addresses = 0;
     for (std::size_t at = page.find("://"); at != std::string::npos; at = page.find("://", at + 1))
     {
