@@ -317,14 +317,36 @@ TEST_F(GalleryCommand, ShowsAThousandStylesThatInheritFromOneAnother)
     EXPECT_EQ(page.Row("s999", "level"), "-: 1 default");
 }
 
-TEST_F(GalleryCommand, ClosedChainsAndStylesWithoutEndAreToldAsFarAsTheyGo)
+TEST_F(GalleryCommand, ClosedChainsAndStylesInsideThemselvesEnd)
 {
     Write("sheet.json", R"({"version": 3, "style": {"A": {"inherits": "B"}, "B": {"inherits": "A", "note": "b"},
-        "Endless": {"inherits": "Holder"}, "Holder": {"nested": {"inherits": "Endless"}}}})");
+        "Inside": {"inherits": "Holder"}, "Holder": {"nested": {"inherits": "Inside"}}}})");
     const GalleryPage page(MakePage());
     EXPECT_EQ(page.Row("A", "note"), "-: b B/note, over  default");
     EXPECT_EQ(page.Style("A").Get<Json::Object>().GetValue(VelString(L"cut")), nullptr);
-    EXPECT_EQ(page.Row("Holder", "nested"), "-: style <Endless/> own");
+    EXPECT_EQ(page.Row("Holder", "nested"), "-: style <Inside/> own");
+}
+
+TEST_F(GalleryCommand, AStyleOfTooManyValuesIsCutShortAndSaysSo)
+{
+    std::string stops = "{}";
+    for (int number = 1; number < 5100; ++number)
+    {
+        stops += ", {}";
+    }
+    Write("sheet.json", R"({"version": 3, "gradient": {"Long": {"stops": [)" + stops + R"(]}, "Short": {}}})");
+    const GalleryPage page(MakePage());
+    const auto& cut = page.Style("Long").Get<Json::Object>();
+    EXPECT_EQ(*cut.GetValue(VelString(L"cut")), Json::Variant(true));
+    EXPECT_EQ(cut.GetValue(VelString(L"rows"))->Get<Json::Array>().GetSize(), 5000u);
+    EXPECT_EQ(page.Style("Short").Get<Json::Object>().GetValue(VelString(L"cut")), nullptr);
+}
+
+TEST_F(GalleryCommand, WhatAParentOfAnotherCategoryDoesNotHaveIsTold)
+{
+    Write("sheet.json", R"({"version": 3, "gradient": {"G": {}}, "style": {"A": {"inherits": "G"}}})");
+    const GalleryPage page(MakePage());
+    EXPECT_THAT(page.Row("A", "note"), ::testing::StartsWith("-: ((none: "));
 }
 
 TEST_F(GalleryCommand, EveryDrawingOfTheExampleHasItsData)

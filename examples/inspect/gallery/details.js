@@ -99,7 +99,8 @@ function groupHeading(path, head) {
 
 function rowElement(row, outer) {
   const name = row.path.slice(row.path.lastIndexOf(".") + 1);
-  const from = make("td", {}, placeElement(row.place, row.path));
+  const isNowhere = row.place.kind === "outside" && row.value?.text !== undefined;
+  const from = make("td", {}, isNowhere ? "" : placeElement(row.place, row.path));
   if (row.through !== undefined && row.through !== outer) { // else the heading says it
     from.append(make("span", { class: "note" }, ` through the parent of ${row.through}`));
   }
