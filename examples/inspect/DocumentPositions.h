@@ -43,8 +43,8 @@ public:
     [[nodiscard]] const std::vector<RepeatedMember>& GetRepeatedMembers() const noexcept { return m_repeated; }
 
 private:
+    std::vector<RepeatedMember> m_repeated; // filled while m_root is made
     PositionNode m_root;
-    std::vector<RepeatedMember> m_repeated;
 };
 
 /// A value on the way through a document, linked to those around it, which must outlive it.
