@@ -1,6 +1,7 @@
 #include "DocumentPositions.h"
 
 #include <algorithm>
+#include <string>
 #include <unordered_map>
 #include <utility>
 
@@ -18,8 +19,13 @@ constexpr std::size_t ShownOfWay = 16;
 
 VelString ShortName(const VelString& name)
 {
-    return name.size() <= ShownOfName ? name
-                                      : VelString(VelPlatform::VelStringView(name).substr(0, ShownOfName)) + L"\u2026";
+    if (name.size() <= ShownOfName)
+    {
+        return name;
+    }
+    std::wstring shown(name.c_str(), ShownOfName);
+    shown += L'\u2026';
+    return VelString(VelPlatform::VelStringView(shown));
 }
 
 /// The place at the end of a way of so many steps, which `addStep` adds one by one.
