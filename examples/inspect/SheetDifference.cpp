@@ -187,7 +187,7 @@ private:
     static Values ValuesOf(const Pair& pair, const Property& property)
     {
         Values values;
-        for (const std::size_t side : {0, 1})
+        for (const std::size_t side : {0u, 1u})
         {
             const Style* own = pair.own[side];
             const bool isOwn = own != nullptr && own->DoesOverrideProperty(property.key);
@@ -197,7 +197,7 @@ private:
         {
             return values; // most are; the look-ups would be in vain
         }
-        for (const std::size_t side : {0, 1})
+        for (const std::size_t side : {0u, 1u})
         {
             const Style* style = pair.effective[side];
             try
