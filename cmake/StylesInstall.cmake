@@ -85,7 +85,8 @@ styles_install_pkgconfig(styles
 
 # What debuggers show values by. gdb looks for the scripts of a shared library in a folder of scripts, under the whole
 # path that the library has on the disk: that is known when installing, and by CPack only as what it packs for.
-install(FILES debugging/gdb/styles_printers.py DESTINATION ${CMAKE_INSTALL_DATADIR}/styles/gdb COMPONENT development)
+install(FILES debugging/gdb/styles_printers.py debugging/gdb/styles_reading.py
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/styles/gdb COMPONENT development)
 install(FILES debugging/styles.natvis DESTINATION ${CMAKE_INSTALL_DATADIR}/styles COMPONENT development)
 if(BUILD_SHARED_LIBS AND UNIX AND NOT APPLE)
   install(CODE "
