@@ -21,8 +21,8 @@ using VelPlatform::VelString;
 /// makes what was written last. A stream whose handle is destroyed while an exception passes is given up instead, and
 /// so is one into which nothing was written and that nobody closed.
 ///
-/// That an exception passes is known from the language runtime of this library. On Windows a module that is linked with a
-/// runtime of its own keeps its exceptions to itself: hosts whose handles are to be given up share the runtime.
+/// That an exception passes is known from the language runtime of this library. On Windows a module that is linked with
+/// a runtime of its own keeps its exceptions to itself: hosts whose handles are to be given up share the runtime.
 ///
 /// Threads: a stream and all its handles belong to one thread at a time.
 class VEL_API Stream
