@@ -31,9 +31,18 @@ class Plugin
 public:
 #if defined(_WIN32)
     explicit Plugin(const char* file) : m_file(file), m_module(LoadLibraryA(file)) {}
-    void Unload() { FreeLibrary(m_module); }
-    bool IsLoaded() const { return GetModuleHandleA(m_file) != nullptr; }
-    explicit operator bool() const { return m_module != nullptr; }
+    void Unload()
+    {
+        FreeLibrary(m_module);
+    }
+    bool IsLoaded() const
+    {
+        return GetModuleHandleA(m_file) != nullptr;
+    }
+    explicit operator bool() const
+    {
+        return m_module != nullptr;
+    }
     template <class Function>
     Function Find(const char* name) const
     {
@@ -45,9 +54,18 @@ private:
     HMODULE m_module;
 #else
     explicit Plugin(const char* file) : m_file(file), m_module(dlopen(file, RTLD_NOW | RTLD_LOCAL)) {}
-    void Unload() { dlclose(m_module); }
-    bool IsLoaded() const { return dlopen(m_file, RTLD_NOW | RTLD_NOLOAD) != nullptr; }
-    explicit operator bool() const { return m_module != nullptr; }
+    void Unload()
+    {
+        dlclose(m_module);
+    }
+    bool IsLoaded() const
+    {
+        return dlopen(m_file, RTLD_NOW | RTLD_NOLOAD) != nullptr;
+    }
+    explicit operator bool() const
+    {
+        return m_module != nullptr;
+    }
     template <class Function>
     Function Find(const char* name) const
     {
@@ -65,7 +83,8 @@ bool SeesTheSame(const Plugin& plugin, const PropertyKey& shape)
     View view{};
     plugin.Find<LookFunction>("Look")(view);
     return view.manager == &VelUtils::Singleton<StyleManager, 0>::GetInstance() && view.key == shape &&
-           *view.style == typeid(Style) && *view.definition == typeid(BaseStyleProperty) && *view.length == typeid(Length);
+           *view.style == typeid(Style) && *view.definition == typeid(BaseStyleProperty) &&
+           *view.length == typeid(Length);
 }
 
 } // namespace
@@ -83,7 +102,8 @@ int main(int count, char** arguments)
 
     shapes.Find<RegisterFunction>("Register")();
     std::unique_ptr<Style> style(shapes.Find<MakeFunction>("Make")());
-    Check(style->GetProperty(PropertyKey(L"length")).Get<Length>() == Length{2}, "the host reads what a plug-in stored");
+    Check(style->GetProperty(PropertyKey(L"length")).Get<Length>() == Length{2},
+          "the host reads what a plug-in stored");
     Check(texts.Find<ReadFunction>("Read")(*style, Any(Length{2})), "the other plug-in reads it");
 
     auto& manager = VelUtils::Singleton<StyleManager, 0>::GetInstance();
