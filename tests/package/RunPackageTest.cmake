@@ -135,7 +135,7 @@ else()
   else()
     use_by_plugins()
   endif()
-  if(MODE STREQUAL "installed")
+  if(MODE STREQUAL "installed" AND BUILD_TYPE STREQUAL "Release") # once is enough, and they take a while
     build_examples()
   endif()
 endif()
