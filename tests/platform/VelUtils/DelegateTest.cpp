@@ -24,7 +24,8 @@ int Call(Delegate<int(int)> delegate, int number)
     return delegate(number);
 }
 
-struct Adder
+// As large as a pointer, since g++ 12 fears that a virtual table is looked for in it.
+struct alignas(void*) Adder
 {
     int sum = 0;
     int Add(int number) { return sum += number; }
