@@ -175,7 +175,7 @@ protected:
 
     /// Styles by category and name.
     using CategoryStyleMap = std::map<PropertyKey, NameMap>;
-    /// Replaces `out` by the styles of the sheet.
+    /// Replaces `out` by the styles of the sheet, which owns them. When memory runs out, `out` is as it was.
     void GenerateCategoryStyleMap(CategoryStyleMap& out) const;
 
 private:

@@ -87,15 +87,16 @@ void StyleSheet::ExportJson(Json::Variant& out, bool includeTemporaries) const
 
 void StyleSheet::GenerateCategoryStyleMap(CategoryStyleMap& out) const
 {
-    out.clear();
+    CategoryStyleMap categories;
     for (const auto& [name, style] : *m_stylesByName)
     {
         if (style != nullptr)
         {
-            NameMap& styles = out[style->GetCategoryName()];
+            NameMap& styles = categories[style->GetCategoryName()];
             styles.emplace_hint(styles.end(), name, style);
         }
     }
+    out.swap(categories);
 }
 
 } // namespace Styles

@@ -77,15 +77,15 @@ void SetSubstyleProperty(Style& style, const PropertyKey& substyleCategory, cons
                          const PropertyKey& propertyKey, const Any& value)
 {
     Style* substyle = OwnSubstyle(style, substyleKey);
-    if (substyle == nullptr)
+    const BaseStyleProperty* definition =
+        substyle == nullptr ? Detail::StyleAccess::FindDefinition(style, substyleKey) : nullptr;
+    if (definition != nullptr)
     {
-        const BaseStyleProperty* definition = Detail::StyleAccess::FindDefinition(style, substyleKey);
-        if (definition != nullptr && !definition->IsSubstyle())
+        if (!definition->IsSubstyle())
         {
             throw VelUtils::BadAnyCast();
         }
-        substyle =
-            definition != nullptr ? Detail::CreateSubstyle(style, *definition, substyleKey, substyleCategory) : nullptr;
+        substyle = Detail::CreateSubstyle(style, *definition, substyleKey, substyleCategory);
     }
     if (substyle == nullptr)
     {

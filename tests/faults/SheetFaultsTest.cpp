@@ -194,7 +194,16 @@ INSTANTIATE_TEST_SUITE_P(
         Op{"GenerateCategoryStyleMap",
            [](W& w) {
                std::map<PropertyKey, StyleSheet::NameMap> map;
-               w.sheet.GenerateCategoryStyleMap(map);
+               map[PropertyKey::Empty].emplace(L"from before", nullptr);
+               try
+               {
+                   w.sheet.GenerateCategoryStyleMap(map);
+               }
+               catch (...)
+               {
+                   EXPECT_TRUE(map.size() == 1 && map.begin()->second.contains(L"from before"));
+                   throw;
+               }
            }}),
     OperationName());
 
