@@ -32,6 +32,7 @@ struct Row
     int threads = 1;
     Preparation prepare;
     std::function<double()> figure;
+    bool once = false;
 };
 
 std::vector<Row>& AllRows()
@@ -85,6 +86,10 @@ void RegisterTimed(const Row& row)
         state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * static_cast<std::int64_t>(items));
     };
     benchmark::internal::Benchmark* registered = benchmark::RegisterBenchmark(row.name.c_str(), run);
+    if (row.once)
+    {
+        registered->Iterations(1);
+    }
     if (row.threads > 1)
     {
         registered->Threads(row.threads)->UseRealTime();
@@ -109,7 +114,10 @@ void CountInstructions(const Row& row)
         return;
     }
     const Operation operation = row.prepare();
-    operation(); // so that what is done only once is not counted
+    if (!row.once)
+    {
+        operation(); // so that what is done only the first time is not counted
+    }
     CALLGRIND_START_INSTRUMENTATION;
     CALLGRIND_ZERO_STATS;
     operation();
@@ -140,6 +148,11 @@ int RunOnce(std::string_view name)
 void Add(std::string workload, std::string contender, std::size_t items, Preparation prepare)
 {
     AllRows().push_back({workload + '/' + contender, items, 1, std::move(prepare), nullptr});
+}
+
+void AddOnce(std::string workload, std::string contender, std::size_t items, Preparation prepare)
+{
+    AllRows().push_back({workload + '/' + contender, items, 1, std::move(prepare), nullptr, true});
 }
 
 void AddThreaded(std::string workload, std::string contender, std::size_t items, int threads, Preparation prepare)

@@ -25,7 +25,11 @@ inline constexpr const char* Ours = "ours";
 /// name.
 void Add(std::string workload, std::string contender, std::size_t items, Preparation prepare);
 
-/// The same, for an operation that `threads` threads call at once, on what one preparation has made.
+/// The same, for an operation that uses up what it works on: it is done once for each preparation, and so often as the
+/// row is repeated.
+void AddOnce(std::string workload, std::string contender, std::size_t items, Preparation prepare);
+
+/// The same as `Add`, for an operation that `threads` threads call at once, on what one preparation has made.
 void AddThreaded(std::string workload, std::string contender, std::size_t items, int threads, Preparation prepare);
 
 /// Adds a row whose figure is no time: bytes, blocks, or a ratio of times that `measure` takes itself.
