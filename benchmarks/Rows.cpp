@@ -114,6 +114,7 @@ void CountInstructions(const Row& row)
         return;
     }
     const Operation operation = row.prepare();
+    const std::string trigger = row.name + '=' + std::to_string(row.items); // the macro keeps its address only
     if (!row.once)
     {
         operation(); // so that what is done only the first time is not counted
@@ -121,7 +122,7 @@ void CountInstructions(const Row& row)
     CALLGRIND_START_INSTRUMENTATION;
     CALLGRIND_ZERO_STATS;
     operation();
-    CALLGRIND_DUMP_STATS_AT((row.name + '=' + std::to_string(row.items)).c_str());
+    CALLGRIND_DUMP_STATS_AT(trigger.c_str());
     CALLGRIND_STOP_INSTRUMENTATION;
 }
 
