@@ -1,8 +1,10 @@
 #include "core/OwnerInheritance.h"
 
 #include "core/LinkWalk.h"
+#include "core/ParentSearch.h"
 #include "core/SmallStack.h"
 #include "core/StyleAccess.h"
+#include "registry/Definitions.h"
 #include "registry/MissingEntry.h"
 
 #include <bit>
@@ -17,18 +19,18 @@ namespace
 /// `heir`, further look-ups stand above it on the stack.
 struct Lookup
 {
-    const Style* origin = nullptr;
-    const PropertyKey* key = nullptr;
+    const Style* origin;
+    const PropertyKey* key;
 
-    const Style* heir = nullptr;
-    /// The styles climbed from the heir to the one whose parent is followed; their keys are still to be followed, last
-    /// first.
-    SmallStack<const Style*, 2> place;
+    const Style* heir;
+    /// From here on, the stack of places holds the styles climbed from the heir to the one whose parent is followed;
+    /// their keys are still to be followed, last first.
+    std::size_t placesBelow;
 
     // A look-up that comes back to a style has closed on itself (see LinkWalk for the landmark).
-    const Style* landmark = nullptr;
-    std::size_t steps = 0;
-    std::size_t stepsToLandmark = 1;
+    const Style* landmark;
+    std::size_t stepsLeft;
+    std::size_t stepsToLandmark;
 };
 
 class Resolver
@@ -51,19 +53,19 @@ public:
 private:
     void Begin(const Style& origin, const PropertyKey& key)
     {
-        Lookup lookup;
-        lookup.origin = &origin;
-        lookup.key = &key;
-        m_lookups.Push(std::move(lookup));
+        m_lookups.Push({&origin, &key, nullptr, m_places.GetSize(), nullptr, 1, 1});
     }
 
-    /// Follows the next key on the way to the heir's place. The value where it is there at once, null where a new
-    /// look-up has to go on.
+    /// Follows the keys on the way to the heir's place, as far as the values are there at once. The value of the
+    /// topmost look-up, or null where another has to go on.
     const Any* Continue();
 
     /// The value of the topmost look-up is known. It is the style in which the look-up below goes on; without one
     /// below, it is the result.
     const Any* Finish(const Any& value);
+
+    /// Goes on in the style that is the value of the last key followed; the default where it is null.
+    const Any* GoOnIn(const Any& value);
 
     /// The effective value of the topmost look-up's key, from `style` upwards; null when it has to wait for an heir's
     /// place.
@@ -73,50 +75,56 @@ private:
     const Any* WaitForHeir(const Style& heir);
 
     SmallStack<Lookup, 2> m_lookups;
-    const Style* m_source = nullptr; // where Continue goes on
+    SmallStack<const Style*, 8> m_places; // of all look-ups that wait
+    const Style* m_source = nullptr;      // where Continue goes on
 };
 
 const Any* Resolver::Continue()
 {
-    Lookup& waiting = m_lookups.Top();
-    if (waiting.place.IsEmpty())
+    const Lookup& waiting = m_lookups.Top();
+    while (m_places.GetSize() > waiting.placesBelow)
     {
-        return Search(*m_source);
-    }
-    const PropertyKey& key = StyleAccess::OwnersKey(*waiting.place.Top());
-    waiting.place.Pop();
-    if (const Any* own = StyleAccess::FindOwn(*m_source, key))
-    {
+        const PropertyKey& key = StyleAccess::OwnersKey(*m_places.Top());
+        m_places.Pop();
+        if (const Any* own = StyleAccess::FindOwn(*m_source, key))
+        {
+            if (const Any* value = GoOnIn(*own))
+            {
+                return value;
+            }
+            continue;
+        }
+        // The same question again, deeper in, would be asked for ever.
+        const std::size_t depth = m_lookups.GetSize();
+        const Lookup& earlier = m_lookups[std::bit_floor(depth) - 1];
+        const bool closed = earlier.origin == m_source && *earlier.key == key;
         Begin(*m_source, key);
-        return own;
+        return closed ? &GetDefaultOf(*m_source, key) : Search(*m_source);
     }
-    // The same question again, deeper in, would be asked for ever.
-    const std::size_t depth = m_lookups.GetSize();
-    Lookup& earlier = m_lookups[std::bit_floor(depth) - 1];
-    const bool closed = earlier.origin == m_source && *earlier.key == key;
-    Begin(*m_source, key);
-    return closed ? &GetDefaultOf(*m_source, key) : Search(*m_source);
+    return Search(*m_source);
 }
 
 const Any* Resolver::Finish(const Any& value)
 {
     m_lookups.Pop();
-    if (m_lookups.IsEmpty())
-    {
-        return &value;
-    }
+    return m_lookups.IsEmpty() ? &value : GoOnIn(value);
+}
+
+const Any* Resolver::GoOnIn(const Any& value)
+{
     Style* const* substyle = value.GetIf<Style*>();
     if (substyle == nullptr)
     {
         throw VelUtils::BadAnyCast();
     }
-    if (*substyle == nullptr)
-    {
-        const Lookup& waiting = m_lookups.Top();
-        return &GetDefaultOf(*waiting.heir, *waiting.key);
-    }
     m_source = *substyle;
-    return nullptr;
+    if (m_source != nullptr)
+    {
+        return nullptr;
+    }
+    const Lookup& waiting = m_lookups.Top();
+    m_places.ShrinkTo(waiting.placesBelow);
+    return &GetDefaultOf(*waiting.heir, *waiting.key);
 }
 
 const Any* Resolver::Search(const Style& style)
@@ -126,52 +134,36 @@ const Any* Resolver::Search(const Style& style)
     {
         return &GetDefaultOf(*lookup.origin, *lookup.key);
     }
-    if (++lookup.steps == lookup.stepsToLandmark)
+    if (--lookup.stepsLeft == 0)
     {
         lookup.landmark = &style;
         lookup.stepsToLandmark *= 2;
-        lookup.steps = 0;
+        lookup.stepsLeft = lookup.stepsToLandmark;
     }
-    ParentWalk parents(style);
-    const Style* top = &style;
-    for (const Style* current = top; current != nullptr; current = parents.Next())
+    const auto [value, top] = SearchUpwards(style, *lookup.key);
+    if (value != nullptr)
     {
-        if (const Any* own = StyleAccess::FindOwn(*current, *lookup.key))
-        {
-            return own;
-        }
-        top = current;
+        return value;
     }
-    if (parents.IsClosed())
-    {
-        return &GetDefaultOf(*lookup.origin, *lookup.key);
-    }
-    return WaitForHeir(*top);
+    return top != nullptr ? WaitForHeir(*top) : &GetDefaultOf(*lookup.origin, *lookup.key);
 }
 
 const Any* Resolver::WaitForHeir(const Style& heir)
 {
     Lookup& lookup = m_lookups.Top();
-    const Style* top = &heir;
     OwnerWalk owners(heir);
-    while (const Style* owner = owners.Next())
+    for (const Style* style = &heir; style->GetParent() == nullptr;)
     {
-        top = owner;
-        if (top->GetParent() != nullptr)
+        m_places.Push(style);
+        style = owners.Next();
+        if (style == nullptr)
         {
-            break;
+            m_places.ShrinkTo(lookup.placesBelow);
+            return &GetDefaultOf(heir, *lookup.key);
         }
-    }
-    if (top->GetParent() == nullptr)
-    {
-        return &GetDefaultOf(heir, *lookup.key);
+        m_source = style->GetParent();
     }
     lookup.heir = &heir;
-    for (const Style* style = &heir; style != top; style = style->GetOwner())
-    {
-        lookup.place.Push(style);
-    }
-    m_source = top->GetParent();
     return nullptr;
 }
 
@@ -181,7 +173,8 @@ const Any& GetDefaultOf(const Style& style, const PropertyKey& key)
 {
     if (const StyleCategory* category = StyleAccess::Category(style))
     {
-        return category->GetDefaultValue(key);
+        const BaseStyleProperty* definition = FindQuietly(*category, key);
+        return definition != nullptr ? definition->GetDefaultValue() : category->GetDefaultValue(key);
     }
     ThrowMissingDefault(key);
 }

@@ -3,29 +3,34 @@
 
 #include <array>
 #include <cstddef>
-#include <utility>
+#include <type_traits>
 #include <vector>
 
 namespace Styles::Detail
 {
 
-/// Keeps up to `Inline` elements in place and the rest in a vector. For elements that are cheap to make and to assign.
+/// Keeps up to `Inline` elements in place and the rest in a vector. For elements that are plain data: those in place
+/// are not touched before they are pushed.
 template <class T, std::size_t Inline>
 class SmallStack
 {
+    static_assert(std::is_trivial_v<T>);
+
 public:
+    SmallStack() noexcept {}
+
     [[nodiscard]] bool IsEmpty() const noexcept { return m_size == 0; }
     [[nodiscard]] std::size_t GetSize() const noexcept { return m_size; }
 
-    void Push(T element)
+    void Push(const T& element)
     {
         if (m_size < Inline)
         {
-            m_inline[m_size] = std::move(element);
+            m_inline[m_size] = element;
         }
         else
         {
-            m_rest.push_back(std::move(element));
+            m_rest.push_back(element);
         }
         ++m_size;
     }
@@ -39,6 +44,15 @@ public:
         --m_size;
     }
 
+    /// Pops until `size` elements are left.
+    void ShrinkTo(std::size_t size) noexcept
+    {
+        while (m_size > size)
+        {
+            Pop();
+        }
+    }
+
     [[nodiscard]] T& operator[](std::size_t index) noexcept
     {
         return index < Inline ? m_inline[index] : m_rest[index - Inline];
@@ -47,7 +61,7 @@ public:
     [[nodiscard]] T& Top() noexcept { return (*this)[m_size - 1]; }
 
 private:
-    std::array<T, Inline> m_inline{};
+    std::array<T, Inline> m_inline;
     std::vector<T> m_rest;
     std::size_t m_size = 0;
 };

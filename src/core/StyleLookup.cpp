@@ -2,10 +2,11 @@
 
 #include <styles/Style.h>
 
-#include "core/LinkWalk.h"
 #include "core/OwnerInheritance.h"
+#include "core/ParentSearch.h"
 #include "core/StyleAccess.h"
 #include "core/SubstyleSteps.h"
+#include "registry/Definitions.h"
 
 #include <exception>
 
@@ -25,36 +26,57 @@ const PropertyKey& WholeSubstyle()
 /// Whether `value` is the very default object of the category for `key`.
 bool IsDefaultObject(const StyleCategory& category, const PropertyKey& key, const Any& value)
 {
-    const auto entry = category.GetProperties().find(key);
-    return entry != category.GetProperties().end() && entry->second != nullptr &&
-           &entry->second->GetDefaultValue() == &value;
+    const BaseStyleProperty* definition = Detail::FindQuietly(category, key);
+    return definition != nullptr && &definition->GetDefaultValue() == &value;
+}
+
+/// What `style` inherits for `key` beyond its parents, where a search along them ended at `top`.
+const Any& GetBeyondParents(const Style& style, const Style* top, const PropertyKey& key)
+{
+    if (top == nullptr)
+    {
+        return Detail::GetDefaultOf(style, key);
+    }
+    return top->GetOwner() == nullptr ? Detail::GetDefaultOf(*top, key) : Detail::GetInheritedThroughOwner(*top, key);
+}
+
+/// What `style` inherits for `key`, whatever its own value.
+const Any& Inherit(const Style& style, const PropertyKey& key)
+{
+    if (style.GetParent() == nullptr)
+    {
+        return GetBeyondParents(style, &style, key);
+    }
+    const auto [value, top] = Detail::SearchUpwards(*style.GetParent(), key);
+    return value != nullptr ? *value : GetBeyondParents(style, top, key);
 }
 
 } // namespace
 
+Detail::ParentSearch Detail::SearchLongChain(const Style& style, const PropertyKey& key) noexcept
+{
+    ParentWalk parents(style);
+    const Style* top = nullptr;
+    for (const Style* current = &style; current != nullptr; current = parents.Next())
+    {
+        if (const Any* own = StyleAccess::FindOwn(*current, key))
+        {
+            return {own, nullptr};
+        }
+        top = current;
+    }
+    return {nullptr, parents.IsClosed() ? nullptr : top};
+}
+
 const Any& Style::GetProperty(const PropertyKey& key) const
 {
     const Any* own = Detail::StyleAccess::FindOwn(*this, key);
-    return own != nullptr ? *own : GetInheritedProperty(key);
+    return own != nullptr ? *own : Inherit(*this, key);
 }
 
 const Any& Style::GetInheritedProperty(const PropertyKey& key) const
 {
-    Detail::ParentWalk parents(*this);
-    const Style* top = this;
-    while (const Style* ancestor = parents.Next())
-    {
-        if (const Any* value = Detail::StyleAccess::FindOwn(*ancestor, key))
-        {
-            return *value;
-        }
-        top = ancestor;
-    }
-    if (parents.IsClosed())
-    {
-        return Detail::GetDefaultOf(*this, key);
-    }
-    return top->m_owner == nullptr ? Detail::GetDefaultOf(*top, key) : Detail::GetInheritedThroughOwner(*top, key);
+    return Inherit(*this, key);
 }
 
 bool Style::GetProperty(const PropertyKey& key, Any& out) const

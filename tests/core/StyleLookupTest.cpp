@@ -303,6 +303,47 @@ TEST_F(StyleLookup, ALookUpOnParentsThatCloseOnThemselvesEndsInTheDefault)
     }
 }
 
+TEST_F(StyleLookup, ValuesAndDefaultsAreReachedAtAnyDistance)
+{
+    std::deque<Style> chain;
+    chain.emplace_back(nullptr, StyleCategoryName).SetProperty(Note, Any(L"at the root"));
+    for (std::size_t parents = 1; parents < 200; ++parents)
+    {
+        const Style& style = chain.emplace_back(&chain.back(), StyleCategoryName);
+        EXPECT_EQ(EffectiveText(style, Note), VelString(L"at the root")) << parents;
+        EXPECT_EQ(&style.GetProperty(Number), &DefaultOf(StyleCategoryName, Number)) << parents;
+        EXPECT_EQ(&style.GetInheritedProperty(Note), &chain.front().GetProperty(Note)) << parents;
+    }
+}
+
+TEST_F(StyleLookup, ALookUpOnManyParentsThatCloseOnThemselvesMeetsAllOfThem)
+{
+    for (const std::size_t length : {63u, 64u, 65u, 66u, 150u})
+    {
+        for (const std::size_t entry : {std::size_t{0}, std::size_t{1}, length / 2, length - 1})
+        {
+            SCOPED_TRACE(std::to_string(length) + " styles, back to " + std::to_string(entry));
+            std::deque<Style> chain(length);
+            for (std::size_t index = 0; index < length; ++index)
+            {
+                chain[index].SetCategory(StyleCategoryName);
+                chain[index].SetParent(&chain[index + 1 < length ? index + 1 : entry]);
+            }
+            chain.back().SetProperty(Number, Any(6.0));
+            chain[entry].SetCategory(Outline); // which knows neither
+            for (std::size_t index = 0; index < length; ++index)
+            {
+                EXPECT_EQ(EffectiveNumber(chain[index], Number), 6.0) << index;
+                if (index != entry)
+                {
+                    EXPECT_EQ(&chain[index].GetProperty(Note), &DefaultOf(StyleCategoryName, Note))
+                        << "the default of the style that is asked";
+                }
+            }
+        }
+    }
+}
+
 TEST_F(StyleLookup, AChainOfAMillionParentsIsResolvedCopiedComparedAndDestroyed)
 {
     std::deque<Style> chain;
