@@ -1,11 +1,14 @@
 /// What a host would hold the values of a style in without our library: maps from a name to a value of any type.
 ///
-/// Each peer is a struct with the types `Map` and `Key`, `Name` (how a look-up names a property), `Insert` and `Find`.
+/// Each peer is a struct with the types `Map` and `Key`, `Name` (how a look-up names a property), `Insert`, `Find`,
+/// `AreEqual`, `AddAbsent` (what another map has beyond this one), and `Detach` (from what copies share).
 #pragma once
 
 #include "StyleData.h"
 
+#include <algorithm>
 #include <any>
+#include <cstdint>
 #include <map>
 #include <string>
 
@@ -39,6 +42,9 @@ struct HandWritten
         const auto entry = map.find(key);
         return entry != map.end() ? &entry->second : nullptr;
     }
+    static bool AreEqual(const Map& one, const Map& other) { return one == other; }
+    static void AddAbsent(Map& map, const Map& others) { map.insert(others.begin(), others.end()); }
+    static void Detach(Map& /*map*/) {}
 };
 
 /// What most would write.
@@ -72,6 +78,27 @@ struct WideText
         const auto entry = map.find(key);
         return entry != map.end() ? &entry->second : nullptr;
     }
+    /// std::any does not compare: the types are tried one after the other.
+    static bool AreEqual(const Map& one, const Map& other)
+    {
+        return std::equal(one.begin(), one.end(), other.begin(), other.end(), [](const auto& a, const auto& b) {
+            return a.first == b.first && AreEqual(a.second, b.second);
+        });
+    }
+    static bool AreEqual(const std::any& one, const std::any& other)
+    {
+        return AreEqualAs<double>(one, other) || AreEqualAs<std::wstring>(one, other) || AreEqualAs<bool>(one, other) ||
+               AreEqualAs<StyleData::HostObject*>(one, other);
+    }
+    template <class T>
+    static bool AreEqualAs(const std::any& one, const std::any& other)
+    {
+        const T* a = std::any_cast<T>(&one);
+        const T* b = std::any_cast<T>(&other);
+        return a != nullptr && b != nullptr && *a == *b;
+    }
+    static void AddAbsent(Map& map, const Map& others) { map.insert(others.begin(), others.end()); }
+    static void Detach(Map& /*map*/) {}
 };
 
 #ifdef STYLES_PEER_NLOHMANN
@@ -116,6 +143,18 @@ struct OrderedJson
         const auto entry = map.find(key);
         return entry != map.end() ? &*entry : nullptr;
     }
+    static bool AreEqual(const Map& one, const Map& other) { return one == other; }
+    static void AddAbsent(Map& map, const Map& others)
+    {
+        for (auto entry = others.begin(); entry != others.end(); ++entry)
+        {
+            if (!map.contains(entry.key()))
+            {
+                map[entry.key()] = entry.value();
+            }
+        }
+    }
+    static void Detach(Map& /*map*/) {}
 };
 #endif
 
@@ -151,6 +190,18 @@ struct QtMap
         const auto entry = map.constFind(key);
         return entry != map.constEnd() ? &entry.value() : nullptr;
     }
+    static bool AreEqual(const Map& one, const Map& other) { return one == other; }
+    static void AddAbsent(Map& map, const Map& others)
+    {
+        for (auto entry = others.constBegin(); entry != others.constEnd(); ++entry)
+        {
+            if (!map.contains(entry.key()))
+            {
+                map.insert(entry.key(), entry.value());
+            }
+        }
+    }
+    static void Detach(Map& map) { map.detach(); }
 };
 struct QtVariantMap : QtMap<QVariantMap>
 {
