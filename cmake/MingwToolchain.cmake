@@ -15,15 +15,13 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # The JSON library is headers only, so this machine's package serves; but its include folder, /usr/include, must not be
-# searched for anything else. Links to the two folders of the package make a prefix of its own.
+# searched for anything else. A link to the folder of its headers makes a prefix of its own.
 get_property(is_trial GLOBAL PROPERTY IN_TRY_COMPILE)
 if(NOT is_trial)
   set(prefix ${CMAKE_BINARY_DIR}/packages)
-  file(MAKE_DIRECTORY ${prefix}/share/cmake ${prefix}/include)
-  foreach(folder IN ITEMS share/cmake/nlohmann_json include/nlohmann)
-    file(CREATE_LINK /usr/${folder} ${prefix}/${folder} SYMBOLIC)
-  endforeach()
-  set(nlohmann_json_DIR ${prefix}/share/cmake/nlohmann_json CACHE PATH "The JSON library's package, headers only")
+  file(MAKE_DIRECTORY ${prefix}/include)
+  file(CREATE_LINK /usr/include/boost ${prefix}/include/boost SYMBOLIC)
+  set(Boost_INCLUDE_DIR ${prefix}/include CACHE PATH "Where the headers of the JSON library are")
 endif()
 
 find_program(STYLES_WINE NAMES wine64 PATHS /usr/lib/wine NO_CMAKE_FIND_ROOT_PATH)

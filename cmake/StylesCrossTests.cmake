@@ -36,13 +36,13 @@ endfunction()
 # The sources of the libraries once more, as one static library, for a program that replaces operator new: on Windows a
 # shared library has one of its own, whatever the program does with its.
 function(styles_add_static_libraries target)
-  find_package(nlohmann_json 3.11 REQUIRED)
+  find_package(Boost 1.75 REQUIRED)
   add_library(${target} STATIC)
   foreach(library IN ITEMS styles platform)
     target_sources(${target} PRIVATE $<TARGET_PROPERTY:${library},SOURCES>)
     target_include_directories(${target} PUBLIC $<TARGET_PROPERTY:${library},INCLUDE_DIRECTORIES>)
   endforeach()
-  target_link_libraries(${target} PRIVATE nlohmann_json::nlohmann_json)
+  target_link_libraries(${target} PRIVATE Boost::headers)
   target_compile_definitions(${target} PUBLIC STYLES_STATIC VEL_STATIC)
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_link_options(${target} PUBLIC -static) # the runtime too calls the operator new of the program then

@@ -102,12 +102,14 @@ def main():
             if path.startswith("styles/") or (used in PLATFORM and used not in PLATFORM.get(library, PLATFORM)):
                 problems.append(f"{name}:{line}: {library} does not stand on {path}")
 
-    users = [name for name in tree.files(".h", ".cpp", under=("include/", "src/", "platform/", "examples/"))
-             if any(path.startswith("nlohmann/") for _, path in includes(name))]
-    if len(users) > 1:
-        problems.append(f"more than one file includes the JSON library: {', '.join(users)}")
-    problems += [f"{name}: only a private source file of the platform may include the JSON library" for name in users
-                 if not (name.startswith("platform/src/") and name.endswith(".cpp"))]
+    problems += [f"{name}: only platform/src/VelUtils/JsonLibrary.h and .cpp may include the JSON library"
+                 for name in tree.files(".h", ".cpp", under=("include/", "src/", "platform/", "examples/"))
+                 if any(path.startswith("boost/") for _, path in includes(name))
+                 and not name.startswith("platform/src/VelUtils/JsonLibrary.")]
+    problems += [f"{name}: only private source files of the platform may include JsonLibrary.h"
+                 for name in tree.files(".h", ".cpp", under=("include/", "src/", "platform/", "examples/"))
+                 if any(path == "JsonLibrary.h" for _, path in includes(name))
+                 and not name.endswith(".cpp")]
     tree.finish(f"{len(public)} public headers, {len(platform)} of the platform", problems)
 
 

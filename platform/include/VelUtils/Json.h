@@ -13,7 +13,6 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <type_traits>
 #include <typeinfo>
@@ -29,6 +28,8 @@ using VelPlatform::VelStringA;
 using VelPlatform::VelStringView;
 
 class Variant;
+
+class JsonBuilder;
 
 namespace Detail
 {
@@ -75,14 +76,15 @@ public:
 
 private:
     friend class Detail::Dismantler;
+    friend class JsonBuilder;
 
     std::vector<Variant> m_values;
 };
 
 /// The members of a JSON object, in the order in which they were added; no two have the same name.
 ///
-/// Finding a member by name costs at most the logarithm of the number of members: past a few of them an index is
-/// kept. Pointers to values stay good until a member is added or the object goes. A moved-from object is empty.
+/// Finding a member by name takes the same time whatever their number: past a few of them an index is kept. Pointers to
+/// values stay good until a member is added or the object goes. A moved-from object is empty.
 class VEL_API Object
 {
 public:
@@ -124,11 +126,13 @@ public:
 
 private:
     friend class Detail::Dismantler;
+    friend class JsonBuilder;
 
     struct Member;
-    using Index = std::map<VelStringView, std::size_t>; // the names are those of the members
+    class Index;
 
-    const Member* Find(VelStringView name) const noexcept;
+    std::size_t Find(const VelString& name) const noexcept;
+    void Append(const VelString& name, Variant&& value);
     void BuildIndex();
 
     std::vector<Member> m_members;

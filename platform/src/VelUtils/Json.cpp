@@ -1,16 +1,11 @@
 #include "VelUtils/Json.h"
 
-#include <algorithm>
+#include "JsonObject.h"
+
 #include <new>
 
 namespace VelUtils::Json
 {
-
-struct Object::Member
-{
-    VelString name;
-    Variant value;
-};
 
 namespace Detail
 {
@@ -130,14 +125,6 @@ bool operator==(const Array& left, const Array& right) noexcept
     return left.m_values == right.m_values;
 }
 
-namespace
-{
-
-// Comparing so many names one by one takes no longer than going through an index, and most objects have no more.
-constexpr std::size_t kMembersWithoutIndex = 16;
-
-} // namespace
-
 Object::Object() noexcept = default;
 
 Object::Object(const Object& other) : m_members(other.m_members)
@@ -187,27 +174,48 @@ Variant* Object::GetValue(std::size_t index) noexcept
 
 const Variant* Object::GetValue(const VelString& name) const noexcept
 {
-    const Member* member = Find(name);
-    return member ? &member->value : nullptr;
+    return GetValue(Find(name));
 }
 
 Variant* Object::GetValue(const VelString& name) noexcept
 {
-    return const_cast<Variant*>(std::as_const(*this).GetValue(name));
+    return GetValue(Find(name));
 }
 
 bool Object::AddValue(const VelString& name, Variant value)
 {
-    if (Find(name))
+    if (Find(name) != m_members.size())
     {
         return false;
     }
+    Append(name, std::move(value));
+    return true;
+}
+
+/// The place of the member; behind the end when there is none.
+std::size_t Object::Find(const VelString& name) const noexcept
+{
+    if (m_index)
+    {
+        return m_index->Find(m_members, name);
+    }
+    std::size_t place = 0;
+    while (place < m_members.size() && m_members[place].name != name)
+    {
+        ++place;
+    }
+    return place;
+}
+
+/// Adds a member of a name that no other has.
+void Object::Append(const VelString& name, Variant&& value)
+{
     m_members.push_back({name, std::move(value)});
     try
     {
         if (m_index)
         {
-            m_index->emplace(m_members.back().name, m_members.size() - 1);
+            m_index->AddLast(m_members);
         }
         else
         {
@@ -219,40 +227,19 @@ bool Object::AddValue(const VelString& name, Variant value)
         m_members.pop_back();
         throw;
     }
-    return true;
-}
-
-const Object::Member* Object::Find(VelStringView name) const noexcept
-{
-    if (m_index)
-    {
-        const auto found = m_index->find(name);
-        return found == m_index->end() ? nullptr : &m_members[found->second];
-    }
-    const auto found =
-        std::find_if(m_members.begin(), m_members.end(), [name](const Member& member) { return member.name == name; });
-    return found == m_members.end() ? nullptr : &*found;
 }
 
 void Object::BuildIndex()
 {
-    if (m_members.size() <= kMembersWithoutIndex)
+    if (m_members.size() > kMembersWithoutIndex)
     {
-        return;
+        m_index = std::make_unique<Index>(m_members);
     }
-    auto built = std::make_unique<Index>();
-    for (std::size_t i = 0; i < m_members.size(); ++i)
-    {
-        built->emplace(m_members[i].name, i);
-    }
-    m_index = std::move(built);
 }
 
 bool operator==(const Object& left, const Object& right) noexcept
 {
-    return std::equal(
-        left.m_members.begin(), left.m_members.end(), right.m_members.begin(), right.m_members.end(),
-        [](const Object::Member& a, const Object::Member& b) { return a.name == b.name && a.value == b.value; });
+    return left.m_members == right.m_members;
 }
 
 } // namespace VelUtils::Json

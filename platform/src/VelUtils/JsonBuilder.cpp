@@ -1,7 +1,54 @@
 #include "JsonBuilder.h"
 
+#include "JsonObject.h"
+
+#include <algorithm>
+#include <cstring>
+
 namespace VelUtils::Json
 {
+
+namespace
+{
+
+/// Of at least one and at most 32 bytes. Which texts meet in one entry matters little, so no seed is needed.
+std::size_t HashShort(std::string_view text) noexcept
+{
+    const auto word = [text](std::size_t at, std::size_t size) {
+        std::uint64_t value = 0;
+        std::memcpy(&value, text.data() + at, size);
+        return value;
+    };
+    // The first and the last bytes, which overlap in short texts, tell most texts apart.
+    const std::size_t size = std::min<std::size_t>(text.size(), sizeof(std::uint64_t));
+    const std::uint64_t hash =
+        (word(0, size) ^ text.size()) * 0x9E3779B97F4A7C15u + word(text.size() - size, size) * 0xD6E8FEB86659FD93u;
+    return static_cast<std::size_t>(hash >> 40);
+}
+
+} // namespace
+
+VelString RecentTexts::Get(std::string_view utf8)
+{
+    if (utf8.empty() || utf8.size() > kLongest)
+    {
+        return VelPlatform::ToWide(utf8);
+    }
+    Entry& entry = m_entries[HashShort(utf8) % m_entries.size()];
+    if (entry.size != utf8.size() || std::memcmp(entry.utf8.data(), utf8.data(), utf8.size()) != 0)
+    {
+        entry.wide = VelPlatform::ToWide(utf8);
+        entry.size = static_cast<unsigned char>(utf8.size());
+        std::memcpy(entry.utf8.data(), utf8.data(), utf8.size());
+    }
+    return entry.wide;
+}
+
+void JsonBuilder::Restart()
+{
+    m_open.clear();
+    m_document = NullType::Null;
+}
 
 bool JsonBuilder::Null()
 {
@@ -20,7 +67,7 @@ bool JsonBuilder::Number(double value)
 
 bool JsonBuilder::String(std::string_view text)
 {
-    return Add(VelPlatform::ToWide(text));
+    return Add(m_texts.Get(text));
 }
 
 bool JsonBuilder::StartObject()
@@ -30,7 +77,7 @@ bool JsonBuilder::StartObject()
 
 bool JsonBuilder::Name(std::string_view text)
 {
-    m_open.back().name = VelPlatform::ToWide(text);
+    m_open.back().name = m_texts.Get(text);
     return true;
 }
 
@@ -55,6 +102,10 @@ bool JsonBuilder::Open(Variant container)
     {
         return false;
     }
+    if (m_open.size() == m_lastSizes.size())
+    {
+        m_lastSizes.push_back(0);
+    }
     m_open.push_back({std::move(container), VelString()});
     return true;
 }
@@ -63,6 +114,10 @@ bool JsonBuilder::Close()
 {
     Variant container = std::move(m_open.back().container);
     m_open.pop_back();
+    if (const Object* object = container.GetIf<Object>())
+    {
+        m_lastSizes[m_open.size()] = object->GetSize();
+    }
     return Add(std::move(container));
 }
 
@@ -78,18 +133,25 @@ bool JsonBuilder::Add(Variant value)
     }
     else
     {
-        Object& object = m_open.back().container.Get<Object>();
-        const VelString& name = m_open.back().name;
-        if (Variant* first = object.GetValue(name))
-        {
-            *first = std::move(value);
-        }
-        else
-        {
-            object.AddValue(name, std::move(value));
-        }
+        AddMember(m_open.back().container.Get<Object>(), m_open.back().name, std::move(value));
     }
     return true;
+}
+
+void JsonBuilder::AddMember(Object& object, const VelString& name, Variant&& value)
+{
+    const std::size_t place = object.Find(name);
+    if (place != object.GetSize())
+    {
+        *object.GetValue(place) = std::move(value);
+        return;
+    }
+    if (object.GetSize() == 0)
+    {
+        // Objects of one kind have about the same number of members.
+        object.m_members.reserve(std::min(m_lastSizes[m_open.size() - 1], kMembersWithoutIndex));
+    }
+    object.Append(name, std::move(value));
 }
 
 } // namespace VelUtils::Json

@@ -3,10 +3,32 @@
 #include "JsonEvents.h"
 #include "VelUtils/Json.h"
 
+#include <array>
 #include <vector>
 
 namespace VelUtils::Json
 {
+
+/// Wide strings of UTF-8 texts. Documents say the same names and values again and again; a text that was asked for not
+/// long ago is shared instead of made anew.
+class RecentTexts
+{
+public:
+    /// Throws std::bad_alloc.
+    VelString Get(std::string_view utf8);
+
+private:
+    static constexpr std::size_t kLongest = 32;
+
+    struct Entry
+    {
+        unsigned char size = 0;
+        std::array<char, kLongest> utf8;
+        VelString wide;
+    };
+
+    std::vector<Entry> m_entries = std::vector<Entry>(1024);
+};
 
 /// Makes a Variant of what it is told. Asks to stop at containers that are too deep in each other.
 class JsonBuilder final : public JsonEvents
@@ -18,6 +40,7 @@ public:
     /// What was read, once reading is through.
     Variant& GetDocument() noexcept { return m_document; }
 
+    void Restart() override;
     bool Null() override;
     bool Truth(bool value) override;
     bool Number(double value) override;
@@ -29,6 +52,7 @@ public:
     bool EndArray() override;
 
 private:
+    /// A container that is being filled.
     struct Level
     {
         Variant container;
@@ -38,8 +62,11 @@ private:
     bool Open(Variant container);
     bool Close();
     bool Add(Variant value);
+    void AddMember(Object& object, const VelString& name, Variant&& value);
 
+    RecentTexts m_texts;
     std::vector<Level> m_open;
+    std::vector<std::size_t> m_lastSizes; // for each depth, of the object that was closed there last
     Variant m_document;
 };
 

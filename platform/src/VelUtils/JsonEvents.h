@@ -12,6 +12,9 @@ class JsonEvents
 public:
     virtual ~JsonEvents() = default;
 
+    /// Forget all that was told: the text is told once more from its beginning.
+    virtual void Restart() = 0;
+
     virtual bool Null() = 0;
     virtual bool Truth(bool value) = 0;
     virtual bool Number(double value) = 0;

@@ -1,16 +1,11 @@
 #include "JsonReader.h"
 
-#include "NumericLocale.h"
-#include "VelPlatform/Unicode.h"
+#include "JsonLibrary.h"
+#include "JsonPlace.h"
 
-#include <nlohmann/json.hpp>
-
-#include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdint>
-#include <cstdio>
-#include <iterator>
+#include <limits>
 
 namespace VelUtils::Json
 {
@@ -18,211 +13,152 @@ namespace VelUtils::Json
 namespace
 {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-/// Walks through the text for the lexer, and leaves a note of how far it came: events carry no position.
-class Cursor
-{
-public:
-    using iterator_category = std::input_iterator_tag;
-    using value_type = char;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const char*;
-    using reference = char;
-
-    Cursor(const char* at, const char** reached) : m_at(at), m_reached(reached) {}
-
-    // The lexer takes a zero for the end of the text; for it, another character that stands nowhere takes its place.
-    char operator*() const { return *m_at == '\0' ? '\x01' : *m_at; }
-    Cursor& operator++()
-    {
-        *m_reached = ++m_at;
-        return *this;
-    }
-    Cursor operator++(int)
-    {
-        Cursor before = *this;
-        ++*this;
-        return before;
-    }
-    bool operator==(const Cursor& other) const { return m_at == other.m_at; }
-    bool operator!=(const Cursor& other) const { return m_at != other.m_at; }
-
-private:
-    const char* m_at;
-    const char** m_reached;
-};
-
-bool Contains(std::string_view text, std::string_view part)
-{
-    return text.find(part) != std::string_view::npos;
-}
-
-/// The character at a place, for people.
-std::string NameOfCharacter(std::string_view text, std::size_t offset)
-{
-    if (offset >= text.size())
-    {
-        return "the end of the text";
-    }
-    const VelPlatform::Unicode::Decoded found =
-        VelPlatform::Unicode::Decode(text.data() + offset, text.data() + text.size());
-    if (found.value > ' ' && found.value < 0x7F)
-    {
-        return {'\'', static_cast<char>(found.value), '\''};
-    }
-    char name[16];
-    std::snprintf(name, sizeof name, "U+%04X", static_cast<unsigned>(found.value));
-    return name;
-}
-
-/// What is wrong inside a string or a number, from the words of the lexer; empty for other errors.
-std::string ExpectedInToken(std::string_view complaint)
-{
-    struct Wording
-    {
-        std::string_view complaint;
-        const char* expected;
-    };
-    static constexpr Wording kWordings[] = {
-        {"closing quote", "'\"' at the end of the string"},
-        {"control character", "a control character of a string to be written as an escape"},
-        {"after backslash", "one of \"\\/bfnrtu after the backslash"},
-        {"hex digits", "four hexadecimal digits after \\u"},
-        {"must be followed by", "the second half of a surrogate pair behind the first"},
-        {"must follow", "the first half of a surrogate pair before the second"},
-        {"invalid number", "a digit"},
-    };
-    const auto* const known = std::find_if(std::begin(kWordings), std::end(kWordings), [&](const Wording& wording) {
-        return Contains(complaint, wording.complaint);
-    });
-    return known == std::end(kWordings) ? std::string() : known->expected;
-}
-
-/// Hands the events of the library on as ours, and its errors.
+/// Hands the events of the library on as ours.
 class Translator
 {
 public:
-    using Library = nlohmann::json;
+    static constexpr std::size_t max_object_size = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t max_array_size = max_object_size;
+    static constexpr std::size_t max_key_size = max_object_size;
+    static constexpr std::size_t max_string_size = max_object_size;
 
-    Translator(std::string_view text, JsonEvents& events, JsonReadError& error)
-        : m_text(text), m_events(events), m_error(error)
-    {}
+    explicit Translator(JsonEvents& events) : m_events(events) {}
 
-    bool null() { return Value(m_events.Null()); }
-    bool boolean(bool value) { return Value(m_events.Truth(value)); }
-    bool number_integer(Library::number_integer_t value)
+    bool IsNumberTooLarge() const noexcept { return m_numberTooLarge; }
+    std::size_t GetSizeOfNumber() const noexcept { return m_sizeOfNumber; }
+
+    using Text = Library::string_view;
+    using Error = Library::error_code;
+
+    bool on_document_begin(Error&) { return true; }
+    bool on_document_end(Error&) { return true; }
+    bool on_object_begin(Error& stop) { return GoOn(m_events.StartObject(), stop); }
+    bool on_object_end(std::size_t, Error& stop) { return GoOn(m_events.EndObject(), stop); }
+    bool on_array_begin(Error& stop) { return GoOn(m_events.StartArray(), stop); }
+    bool on_array_end(std::size_t, Error& stop) { return GoOn(m_events.EndArray(), stop); }
+    bool on_key_part(Text part, std::size_t, Error&) { return Collect(part); }
+    bool on_key(Text rest, std::size_t, Error& stop) { return GoOn(m_events.Name(Collected(rest)), stop); }
+    bool on_string_part(Text part, std::size_t, Error&) { return Collect(part); }
+    bool on_string(Text rest, std::size_t, Error& stop) { return GoOn(m_events.String(Collected(rest)), stop); }
+    bool on_number_part(Text, Error&) { return true; } // only of texts that come in pieces
+    bool on_int64(std::int64_t value, Text digits, Error& stop)
     {
-        // Only what begins with a minus comes here, so this zero had one.
-        return Value(m_events.Number(value == 0 ? -0.0 : static_cast<double>(value)));
+        const bool isMinusZero = value == 0 && digits.front() == '-';
+        return GoOn(m_events.Number(isMinusZero ? -0.0 : static_cast<double>(value)), stop);
     }
-    bool number_unsigned(Library::number_unsigned_t value)
+    bool on_uint64(std::uint64_t value, Text, Error& stop)
     {
-        return Value(m_events.Number(static_cast<double>(value)));
+        return GoOn(m_events.Number(static_cast<double>(value)), stop);
     }
-    bool number_float(Library::number_float_t value, const std::string& token);
-    bool string(std::string& text) { return Value(m_events.String(text)); }
-    bool binary(Library::binary_t&) { return false; }
-    bool start_object(std::size_t) { return Begin(m_events.StartObject()); }
-    bool key(std::string& text) { return Value(m_events.Name(text)); }
-    bool end_object() { return Value(m_events.EndObject()); }
-    bool start_array(std::size_t) { return Begin(m_events.StartArray()); }
-    bool end_array() { return Value(m_events.EndArray()); }
-    bool parse_error(std::size_t position, const std::string& token, const Library::exception& problem);
+    bool on_double(double approximate, Text digits, Error& stop);
+    bool on_bool(bool value, Error& stop) { return GoOn(m_events.Truth(value), stop); }
+    bool on_null(Error& stop) { return GoOn(m_events.Null(), stop); }
+    bool on_comment_part(Text, Error&) { return false; } // comments are not read
+    bool on_comment(Text, Error&) { return false; }
 
 private:
-    bool Begin(bool goOn)
+    static bool GoOn(bool goOn, Error& stop)
     {
-        m_justBegun = true;
+        if (!goOn)
+        {
+            stop = MakeStopCode();
+        }
         return goOn;
     }
-    bool Value(bool goOn)
+    /// Strings with escapes come in parts.
+    bool Collect(Text part)
     {
-        m_justBegun = false;
-        return goOn;
+        m_parts.append(part.data(), part.size());
+        m_hasParts = true;
+        return true;
     }
-    std::string ExpectedHere(std::string_view context) const;
+    std::string_view Collected(Text rest);
 
-    std::string_view m_text;
     JsonEvents& m_events;
-    JsonReadError& m_error;
-    bool m_justBegun = false; ///< a container, and nothing in it yet
+    std::string m_parts;
+    std::string m_whole;
+    bool m_hasParts = false;
+    bool m_numberTooLarge = false;
+    std::size_t m_sizeOfNumber = 0;
 };
 
-bool Translator::number_float(Library::number_float_t value, const std::string& token)
+std::string_view Translator::Collected(Text rest)
 {
-    std::string digits = token;
-    // The library puts the decimal point of the locale in place of the point that it reads.
-    const auto isForeign = [](char c) { return !Contains("0123456789+-eE", {&c, 1}); };
-    std::replace_if(digits.begin(), digits.end(), isForeign, '.');
+    if (!m_hasParts)
+    {
+        return {rest.data(), rest.size()};
+    }
+    Collect(rest);
+    m_hasParts = false;
+    m_whole.clear();
+    m_whole.swap(m_parts);
+    return m_whole;
+}
+
+bool Translator::on_double(double approximate, Text digits, Error& stop)
+{
+    // The library may miss the nearest double by one.
     double exact = 0;
-    const std::from_chars_result read = std::from_chars(digits.data(), digits.data() + digits.size(), exact);
-    if (read.ec != std::errc())
+    if (std::from_chars(digits.data(), digits.data() + digits.size(), exact).ec != std::errc())
     {
-        // Numbers too large were refused before they came here: this one is too small.
-        exact = std::copysign(0.0, value);
+        if (std::fabs(approximate) > 1)
+        {
+            m_numberTooLarge = true;
+            m_sizeOfNumber = digits.size();
+            return GoOn(false, stop);
+        }
+        exact = digits.front() == '-' ? -0.0 : 0.0; // too small
     }
-    return Value(m_events.Number(exact));
+    return GoOn(m_events.Number(exact), stop);
 }
 
-std::string Translator::ExpectedHere(std::string_view context) const
+bool IsDigit(char c) noexcept
 {
-    if (context == "object key")
-    {
-        return m_justBegun ? "a member name in quotes or '}'" : "a member name in quotes";
-    }
-    if (context == "object separator")
-    {
-        return "':'";
-    }
-    if (context == "object")
-    {
-        return "',' or '}'";
-    }
-    if (context == "array")
-    {
-        return "',' or ']'";
-    }
-    return m_justBegun ? "a value or ']'" : "a value";
+    return c >= '0' && c <= '9';
 }
 
-bool Translator::parse_error(std::size_t position, const std::string& token, const Library::exception& problem)
+/// The same text, in which exponents of many digits are 999,999,999: the library refuses larger ones, although a number
+/// with one may be a small one. No text is so long that it made a difference.
+std::string LimitExponents(std::string text)
 {
-    constexpr int kNumberOutOfRange = 406;
-    constexpr std::string_view kContext = "while parsing ";
-    // The position is that behind the character read last, the end of the text being one.
-    std::size_t back = 1;
-    if (problem.id == kNumberOutOfRange)
+    constexpr std::size_t kMostDigits = 9;
+    bool isInString = false;
+    for (std::size_t at = 0; at < text.size(); ++at)
     {
-        m_error.offset = position - std::min(position, token.size());
-        m_error.reason = "expected a number in the range of a double";
-        return false;
+        if (isInString && text[at] == '\\')
+        {
+            ++at;
+        }
+        else if (text[at] == '"')
+        {
+            isInString = !isInString;
+        }
+        else if (!isInString && (text[at] == 'e' || text[at] == 'E'))
+        {
+            std::size_t first = at + 1;
+            first += first < text.size() && (text[first] == '+' || text[first] == '-') ? 1 : 0;
+            std::size_t end = first;
+            while (end < text.size() && IsDigit(text[end]))
+            {
+                ++end;
+            }
+            const std::size_t significant = std::min(text.find_first_not_of('0', first), end);
+            if (end - significant > kMostDigits)
+            {
+                text.replace(first, end - first, end - first, '0');
+                text.replace(end - kMostDigits, kMostDigits, kMostDigits, '9');
+            }
+            at = std::max(at, end - 1);
+        }
     }
-    std::string_view message = problem.what();
-    message.remove_prefix(std::min(message.find(kContext), message.size() - kContext.size()) + kContext.size());
-    const std::string_view context = message.substr(0, message.find(" - "));
-    const std::string_view complaint = message.substr(0, message.find("; last read"));
+    return text;
+}
 
-    std::string expected = ExpectedInToken(complaint);
-    if (expected.empty())
-    {
-        expected = message.ends_with("expected end of input") ? "the end of the text" : ExpectedHere(context);
-        if (Contains(complaint, "unexpected string") || Contains(complaint, "unexpected number"))
-        {
-            back = token.size();
-        }
-        else if (Contains(complaint, "unexpected true") || Contains(complaint, "unexpected null"))
-        {
-            back = 4;
-        }
-        else if (Contains(complaint, "unexpected false"))
-        {
-            back = 5;
-        }
-    }
-    m_error.offset = std::min(position - std::min(position, back), m_text.size());
-    m_error.reason = "expected " + expected + ", found " + NameOfCharacter(m_text, m_error.offset);
-    return false;
+Library::parse_options Options()
+{
+    Library::parse_options options;
+    options.max_depth = std::numeric_limits<std::size_t>::max(); // the events end what is too deep
+    return options;
 }
 
 } // namespace
@@ -230,21 +166,33 @@ bool Translator::parse_error(std::size_t position, const std::string& token, con
 bool ReadJson(std::string_view utf8, JsonEvents& events, JsonReadError& error)
 {
     error = {};
-    if (utf8.starts_with(kByteOrderMark)) // the library would skip it
+    Library::basic_parser<Translator> parser(Options(), events);
+    Library::error_code problem;
+    error.offset = parser.write_some(false, utf8.data(), utf8.size(), problem);
+    if (problem == Library::error::exponent_overflow)
     {
-        error.reason = "expected a value, found U+FEFF";
-        return false;
+        events.Restart();
+        return ReadJson(LimitExponents(std::string(utf8)), events, error);
     }
-    const NumericLocale pointIsPoint;
-    const char* reached = utf8.data();
-    Translator translator(utf8, events, error);
-    const bool read = nlohmann::json::sax_parse(Cursor(utf8.data(), &reached),
-                                                Cursor(utf8.data() + utf8.size(), &reached), &translator);
-    if (!read && error.reason.empty())
+    if (!problem)
     {
-        error.offset = static_cast<std::size_t>(reached - utf8.data()) - 1;
+        // What stands behind the document is left to the caller.
+        if (error.offset == utf8.size())
+        {
+            return true;
+        }
+        problem = Library::error::extra_data;
     }
-    return read;
+    if (parser.handler().IsNumberTooLarge())
+    {
+        error.offset -= std::min(error.offset, parser.handler().GetSizeOfNumber());
+        error.reason = "expected a number in the range of a double";
+    }
+    else if (problem != MakeStopCode())
+    {
+        error.reason = ExpectedAt(utf8, error.offset);
+    }
+    return false;
 }
 
 } // namespace VelUtils::Json

@@ -17,7 +17,7 @@ struct JsonReadError
 };
 
 /// Tells the events what the text holds; false, with the error, when it is not one JSON text (RFC 8259) or the events
-/// asked to stop. Needs no stack for what is deep. What the events throw passes through, and std::bad_alloc.
+/// asked to stop. Goes down as deep as the events let it. What the events throw passes through, and std::bad_alloc.
 /// @param utf8  well-formed UTF-8
 bool ReadJson(std::string_view utf8, JsonEvents& events, JsonReadError& error);
 

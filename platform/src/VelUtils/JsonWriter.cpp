@@ -1,10 +1,12 @@
 #include "VelPlatform/Unicode.h"
 #include "VelUtils/Json.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <iterator>
+#include <memory>
 #include <string>
 
 namespace VelUtils::Json
@@ -12,6 +14,120 @@ namespace VelUtils::Json
 
 namespace
 {
+
+/// A text that grows without ever being copied, but once in the end.
+class GrowingText
+{
+public:
+    /// Room for `size` more units, of which Advance() then says how many are filled.
+    wchar_t* MakeRoom(std::size_t size)
+    {
+        if (size > static_cast<std::size_t>(m_end - m_at))
+        {
+            AddPiece(size);
+        }
+        return m_at;
+    }
+    void Advance(wchar_t* at) noexcept { m_at = at; }
+
+    void Append(wchar_t unit)
+    {
+        *MakeRoom(1) = unit;
+        ++m_at;
+    }
+    template <class Unit>
+    void Append(std::basic_string_view<Unit> text)
+    {
+        Advance(std::copy(text.begin(), text.end(), MakeRoom(text.size())));
+    }
+    void AppendBlanks(std::size_t count) { Advance(std::fill_n(MakeRoom(count), count, L' ')); }
+
+    VelString Join();
+
+private:
+    struct Piece
+    {
+        std::unique_ptr<wchar_t[]> units;
+        std::size_t size = 0;
+    };
+
+    void AddPiece(std::size_t size);
+    void ClosePiece() noexcept
+    {
+        if (!m_pieces.empty())
+        {
+            m_pieces.back().size = static_cast<std::size_t>(m_at - m_pieces.back().units.get());
+        }
+    }
+
+    std::vector<Piece> m_pieces;
+    wchar_t* m_at = nullptr; // in the last piece
+    wchar_t* m_end = nullptr;
+};
+
+void GrowingText::AddPiece(std::size_t size)
+{
+    constexpr std::size_t kSmallest = 256;
+    constexpr std::size_t kLargest = std::size_t{1} << 20;
+    ClosePiece();
+    const std::size_t last =
+        m_pieces.empty() ? kSmallest / 2 : static_cast<std::size_t>(m_end - m_pieces.back().units.get());
+    const std::size_t room = std::max(size, std::min(2 * last, kLargest));
+    m_pieces.push_back({std::unique_ptr<wchar_t[]>(new wchar_t[room]), 0});
+    m_at = m_pieces.back().units.get();
+    m_end = m_at + room;
+}
+
+VelString GrowingText::Join()
+{
+    ClosePiece();
+    std::size_t size = 0;
+    for (const Piece& piece : m_pieces)
+    {
+        size += piece.size;
+    }
+    return VelString::Make(size, [this](wchar_t* out) {
+        for (const Piece& piece : m_pieces)
+        {
+            out = std::copy_n(piece.units.get(), piece.size, out);
+        }
+    });
+}
+
+/// Whether the unit stands in a string as it is, whatever is beside it.
+constexpr bool IsPlain(wchar_t unit) noexcept
+{
+    const char32_t value = VelPlatform::Unicode::ToUnit(unit);
+    return value >= U' ' && value != U'"' && value != U'\\' && value < 0xD800;
+}
+
+/// Whether all units are plain.
+bool IsPlain(VelStringView text) noexcept
+{
+    // Loops over so many units, a constant, are compiled to vector instructions.
+    constexpr std::size_t kBlock = 8;
+    const auto isPlainBlock = [](const wchar_t* units) {
+        unsigned special = 0;
+        for (std::size_t i = 0; i < kBlock; ++i)
+        {
+            special |= static_cast<unsigned>(!IsPlain(units[i]));
+        }
+        return special == 0;
+    };
+    if (text.size() < kBlock)
+    {
+        return std::all_of(text.begin(), text.end(), [](wchar_t unit) { return IsPlain(unit); });
+    }
+    const wchar_t* const last = text.data() + text.size() - kBlock;
+    for (const wchar_t* at = text.data(); at < last; at += kBlock)
+    {
+        if (!isPlainBlock(at))
+        {
+            return false;
+        }
+    }
+    return isPlainBlock(last);
+}
 
 /// Writes a value on a stack of its own, so that how deep it is does not matter.
 class Writer
@@ -41,10 +157,10 @@ private:
     void WriteString(VelStringView text);
     void WriteCharacter(VelPlatform::Unicode::Decoded character);
     void StartLine();
-    void Append(std::string_view ascii) { m_text.append(ascii.begin(), ascii.end()); }
+    void Append(std::string_view ascii) { m_text.Append(ascii); }
 
     bool m_compact;
-    std::wstring m_text;
+    GrowingText m_text;
     std::vector<Level> m_open;
 };
 
@@ -55,7 +171,7 @@ VelString Writer::Write(const Variant& value)
     {
         WriteNext();
     }
-    return VelString(m_text.data(), m_text.size());
+    return m_text.Join();
 }
 
 void Writer::WriteNext()
@@ -66,12 +182,12 @@ void Writer::WriteNext()
         const wchar_t bracket = level.object ? L'}' : L']';
         m_open.pop_back();
         StartLine();
-        m_text += bracket;
+        m_text.Append(bracket);
         return;
     }
     if (level.next > 0)
     {
-        m_text += L',';
+        m_text.Append(L',');
     }
     StartLine();
     const std::size_t place = level.next++;
@@ -133,7 +249,7 @@ void Writer::Open(const Object* object, const Array* array)
         Append(object ? "{}" : "[]");
         return;
     }
-    m_text += object ? L'{' : L'[';
+    m_text.Append(object ? L'{' : L'[');
     m_open.push_back(level);
 }
 
@@ -167,7 +283,7 @@ void Writer::WriteDouble(double value)
     const auto count = static_cast<int>(digits.size());
     if (std::signbit(value))
     {
-        m_text += L'-';
+        m_text.Append(L'-');
     }
     if (exponent < -6 || exponent > 20)
     {
@@ -193,7 +309,13 @@ void Writer::WriteDouble(double value)
 
 void Writer::WriteString(VelStringView text)
 {
-    m_text += L'"';
+    m_text.Append(L'"');
+    if (IsPlain(text))
+    {
+        m_text.Append(text);
+        m_text.Append(L'"');
+        return;
+    }
     const wchar_t* const end = text.data() + text.size();
     const wchar_t* written = text.data();
     for (const wchar_t* at = written; at != end;)
@@ -202,13 +324,13 @@ void Writer::WriteString(VelStringView text)
         at += character.length;
         if (!character.valid || character.value < ' ' || character.value == '"' || character.value == '\\')
         {
-            m_text.append(written, at - character.length);
+            m_text.Append(VelStringView(written, static_cast<std::size_t>(at - character.length - written)));
             WriteCharacter(character);
             written = at;
         }
     }
-    m_text.append(written, end);
-    m_text += L'"';
+    m_text.Append(VelStringView(written, static_cast<std::size_t>(end - written)));
+    m_text.Append(L'"');
 }
 
 /// Writes a character that cannot stand in a string as it is.
@@ -217,30 +339,30 @@ void Writer::WriteCharacter(VelPlatform::Unicode::Decoded character)
     static constexpr std::string_view kNamed = "\"\"\\\\\bb\ff\nn\rr\tt"; // pairs: what is meant, what is written
     if (!character.valid)
     {
-        m_text += static_cast<wchar_t>(VelPlatform::Unicode::kReplacement);
+        m_text.Append(static_cast<wchar_t>(VelPlatform::Unicode::kReplacement));
         return;
     }
-    m_text += L'\\';
+    m_text.Append(L'\\');
     for (std::size_t i = 0; i < kNamed.size(); i += 2)
     {
         if (character.value == static_cast<unsigned char>(kNamed[i]))
         {
-            m_text += static_cast<wchar_t>(kNamed[i + 1]);
+            m_text.Append(static_cast<wchar_t>(kNamed[i + 1]));
             return;
         }
     }
     static constexpr char kDigits[] = "0123456789ABCDEF";
     Append("u00");
-    m_text += static_cast<wchar_t>(kDigits[character.value >> 4]);
-    m_text += static_cast<wchar_t>(kDigits[character.value & 15]);
+    m_text.Append(static_cast<wchar_t>(kDigits[character.value >> 4]));
+    m_text.Append(static_cast<wchar_t>(kDigits[character.value & 15]));
 }
 
 void Writer::StartLine()
 {
     if (!m_compact)
     {
-        m_text += L'\n';
-        m_text.append(m_open.size(), L' ');
+        m_text.Append(L'\n');
+        m_text.AppendBlanks(m_open.size());
     }
 }
 

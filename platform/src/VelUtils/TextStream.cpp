@@ -85,15 +85,9 @@ bool DecodeText(std::string_view bytes, Encoding encoding, VelString& wide)
     return false;
 }
 
-/// Appends one character to the bytes; false when the encoding has none for it.
+/// Appends one character in Latin-1 or UTF-16 to the bytes; false when the encoding has none for it.
 bool EncodeCharacter(char32_t character, Encoding encoding, std::string& bytes)
 {
-    if (encoding == Encoding::Utf8)
-    {
-        char units[4];
-        bytes.append(units, Unicode::Encode(character, units));
-        return true;
-    }
     if (encoding == Encoding::Latin1)
     {
         bytes += static_cast<char>(character);
@@ -113,6 +107,15 @@ bool EncodeCharacter(char32_t character, Encoding encoding, std::string& bytes)
 
 bool EncodeText(VelStringView text, Encoding encoding, std::string& bytes)
 {
+    if (encoding == Encoding::Utf8)
+    {
+        bool valid = false;
+        const std::size_t before = bytes.size();
+        bytes.resize(before + Unicode::TranscodedLength<char>(text, valid));
+        Unicode::Transcode(text, bytes.data() + before);
+        return valid;
+    }
+    bytes.reserve(bytes.size() + text.size());
     const wchar_t* const end = text.data() + text.size();
     for (const wchar_t* at = text.data(); at != end;)
     {
@@ -181,7 +184,6 @@ bool TextStreamWriter::Write(const VelString& text)
     {
         bytes = ByteOrderMark(m_encoding);
     }
-    bytes.reserve(bytes.size() + text.size());
     if (!IsKnown(m_encoding) || !EncodeText(text, m_encoding, bytes))
     {
         m_stream.GiveUp();

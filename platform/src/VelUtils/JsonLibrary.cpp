@@ -1,0 +1,3 @@
+#include "JsonLibrary.h"
+
+#include <boost/json/src.hpp>
