@@ -12,7 +12,7 @@ PASSED_OVER = {
     "MergeParentProperty", "FlattenProperty", "IsEqual", "IsDeprecated", "IsLess", "ProcessStylesInProperty",
     "CheckType", "IsTemporary", "IsSubstyle", "SetName", "CloneInto", "MoveInto", "Assign", "IsEnum",
     "GetEnumValue", "GetCategory", "HoldsType", "Holder", "HolderInterface", "ValueOf", "BaseStyleProperty",
-    "GetPropertyName", "IStyleSheetDuplicationContext", "BadAnyCast",
+    "GetPropertyName", "IStyleSheetDuplicationContext", "BadAnyCast", "CopyBytes", "MakeEmpty",
 }
 
 page = tree.read("docs/guarantees.md")
