@@ -151,6 +151,70 @@ TEST(CaseFolding, EveryWidthOrdersAlike)
     }
 }
 
+namespace
+{
+
+/// Both texts begin with `length` letters, in other cases where `changeCase`; then one has `left` and the other
+/// `right`, and letters behind.
+template <class Unit>
+int CompareBehindLetters(std::size_t length, bool changeCase, unsigned left, unsigned right)
+{
+    std::basic_string<Unit> a(length, Unit{'q'});
+    std::basic_string<Unit> b(length, Unit{'q'});
+    if (changeCase && length > 0)
+    {
+        a[length / 2] = Unit{'Q'};
+        b[length - 1] = Unit{'Q'};
+    }
+    a += static_cast<Unit>(left);
+    b += static_cast<Unit>(right);
+    a.append(9, Unit{'a'});
+    b.append(9, Unit{'A'});
+    const int order = Unicode::CompareFolded<Unit>(a, b);
+    return (order > 0) - (order < 0);
+}
+
+} // namespace
+
+TEST(CaseFolding, AUnitCountsTheSameWhereverItStands)
+{
+    const auto fold = [](unsigned c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; };
+    for (unsigned left = 1; left < 128; ++left)
+    {
+        for (unsigned right = 1; right < 128; ++right)
+        {
+            const int expected = (fold(left) > fold(right)) - (fold(left) < fold(right));
+            for (std::size_t length = 0; length < 18; ++length)
+            {
+                const bool changeCase = length % 2 == 0;
+                ASSERT_EQ(expected, CompareBehindLetters<char>(length, changeCase, left, right))
+                    << length << ": " << left << ", " << right;
+                ASSERT_EQ(expected, CompareBehindLetters<char16_t>(length, changeCase, left, right))
+                    << length << ": " << left << ", " << right;
+                ASSERT_EQ(expected, CompareBehindLetters<char32_t>(length, changeCase, left, right))
+                    << length << ": " << left << ", " << right;
+            }
+        }
+    }
+}
+
+TEST(CaseFolding, LettersBeyondAsciiFoldWhereverTheyStand)
+{
+    for (std::size_t length = 0; length < 18; ++length)
+    {
+        const std::string letters(length, 'q');
+        const std::u16string pairs(length, u'Q');
+        EXPECT_EQ(0, Unicode::CompareFolded<char>(letters + "\xC3\x84xxxxxxxxx", letters + "\xC3\xA4XXXXXXXXX"));
+        EXPECT_GT(0, Unicode::CompareFolded<char>(letters + "\xC3\x84", letters + "\xC3\xA4x"));
+        EXPECT_EQ(0, Unicode::CompareFolded<char16_t>(pairs + u"\U00010400xxxxx", pairs + u"\U00010428XXXXX"));
+        EXPECT_GT(0, Unicode::CompareFolded<char16_t>(pairs + u"\U00010400", pairs + u"\U00010429"));
+        EXPECT_EQ(0, CompareBehindLetters<char32_t>(length, true, 0x10400, 0x10428));
+        EXPECT_EQ(-1, CompareBehindLetters<char32_t>(length, true, 0xE4, 0x10428));
+        EXPECT_EQ(1, CompareBehindLetters<char32_t>(length, true, 0xFFFFFFC1, 'A')) << "not a letter of ASCII";
+        EXPECT_EQ(1, CompareBehindLetters<char16_t>(length, true, 0x0141, 'a')) << "not a letter of ASCII";
+    }
+}
+
 TEST(CaseFolding, OrdersStrictlyAndWeakly)
 {
     const auto unit = [](unsigned value) {
