@@ -2,12 +2,16 @@
 
 #include <styles/StyleSheet.h>
 
+#include "sheet/SheetNames.h"
+
 #include <VelUtils/StringUtils.h>
 
 #include <utility>
 
 namespace Styles
 {
+
+using Detail::SheetNames;
 
 VelString StyleSheet::GetStyleName(const Style* style) const
 {
@@ -20,7 +24,7 @@ std::vector<VelString> StyleSheet::GetStyleNames(const PropertyKey& category) co
     std::vector<VelString> names;
     for (const auto& [name, style] : *m_stylesByName)
     {
-        if (style != nullptr && style->GetCategoryName() == category)
+        if (Detail::IsOfCategory(style, category))
         {
             names.push_back(name);
         }
@@ -42,19 +46,26 @@ std::vector<VelString> StyleSheet::GetStyleNames() const
 void StyleSheet::RenameStyle(const VelString& oldName, const VelString& newName)
 {
     const VelString name = newName; // both may be entries of the very map that changes
-    if (name.CompareNoCase(oldName) != 0 && m_stylesByName->contains(name))
-    {
-        return;
-    }
     const auto entry = m_stylesByName->find(oldName);
     if (entry == m_stylesByName->end())
     {
         return;
     }
+    auto place = m_stylesByName->lower_bound(name);
+    const bool isTaken = place != m_stylesByName->end() && !m_stylesByName->key_comp()(name, place->first);
+    if (isTaken && place != entry)
+    {
+        return;
+    }
     m_namesByStyle->insert_or_assign(entry->second, name);
+    if (place == entry)
+    {
+        ++place;
+    }
+    SheetNames::Of(*m_stylesByName).numbers.Forget(entry->first);
     auto node = m_stylesByName->extract(entry);
     node.key() = name;
-    m_stylesByName->insert(std::move(node));
+    m_stylesByName->insert(place, std::move(node));
 }
 
 VelString StyleSheet::GetUnusedStyleName(const VelString& baseName) const
@@ -65,8 +76,9 @@ VelString StyleSheet::GetUnusedStyleName(const VelString& baseName) const
     {
         candidate = manager.GetCategory(PropertyKey(baseName))->GetCategoryUIName() + VelString(L" 1");
     }
-    return VelUtils::String::FindUnusedName(candidate,
-                                            [this](const VelString& name) { return m_stylesByName->contains(name); });
+    return SheetNames::Of(*m_stylesByName).numbers.FindUnused(candidate, [this](const VelString& name) {
+        return m_stylesByName->contains(name);
+    });
 }
 
 VelString ConvertToValidStyleName(const VelString& name, bool strict)

@@ -3,15 +3,18 @@
 #include <styles/StyleSheet.h>
 
 #include "core/DependencyWalk.h"
+#include "sheet/SheetNames.h"
 
 #include <algorithm>
 #include <functional>
 #include <memory>
-#include <unordered_set>
+#include <unordered_map>
 #include <utility>
 
 namespace Styles
 {
+
+using Detail::SheetNames;
 
 namespace
 {
@@ -21,16 +24,11 @@ int CurrentVersion()
     return VelUtils::Singleton<StyleManager, 0>::GetInstance().GetCurrentVersion();
 }
 
-PropertyKey CategoryNameOf(const Style* style)
-{
-    return style != nullptr ? style->GetCategoryName() : PropertyKey::Empty;
-}
-
 } // namespace
 
 StyleSheet::StyleSheet() : m_version(CurrentVersion())
 {
-    auto stylesByName = std::make_unique<NameMap>();
+    auto stylesByName = std::make_unique<SheetNames>();
     m_namesByStyle = new std::map<Style*, VelString>();
     m_stylesByName = stylesByName.release();
 }
@@ -42,14 +40,15 @@ StyleSheet::StyleSheet(const StyleSheet& other) = default;
 StyleSheet::~StyleSheet()
 {
     StyleSheet::Clear();
-    delete m_stylesByName;
+    delete &SheetNames::Of(*m_stylesByName);
     delete m_namesByStyle;
 }
 
 Style* StyleSheet::AddStyle(const VelString& name, Style* style, bool replace)
 {
-    const auto present = m_stylesByName->find(name);
-    if (present != m_stylesByName->end() && !replace)
+    auto place = m_stylesByName->lower_bound(name);
+    const bool isTaken = place != m_stylesByName->end() && !m_stylesByName->key_comp()(name, place->first);
+    if (isTaken && !replace)
     {
         DestroyStyle(style);
         return nullptr;
@@ -68,17 +67,20 @@ Style* StyleSheet::AddStyle(const VelString& name, Style* style, bool replace)
         throw;
     }
     Style* removed = nullptr;
-    if (present != m_stylesByName->end())
+    if (isTaken)
     {
-        removed = present->second;
-        m_stylesByName->erase(present);
+        removed = place->second;
+        place = m_stylesByName->erase(place);
         m_namesByStyle->erase(removed);
     }
-    m_stylesByName->insert(newName.extract(newName.begin()));
-    const auto listed = m_namesByStyle->insert(newStyle.extract(newStyle.begin()));
-    if (!listed.inserted)
+    m_stylesByName->insert(place, newName.extract(newName.begin()));
+    // The allocator often places one style behind the other: then the end is where the new one belongs.
+    auto node = newStyle.extract(newStyle.begin());
+    const auto listed = m_namesByStyle->insert(m_namesByStyle->end(), std::move(node));
+    if (!node.empty())
     {
-        listed.position->second = listed.node.mapped();
+        listed->second = node.mapped();
+        SheetNames::Of(*m_stylesByName).mayRepeatStyles = true;
     }
     return removed;
 }
@@ -91,6 +93,7 @@ Style* StyleSheet::RemoveStyle(const VelString& name)
         return nullptr;
     }
     Style* style = entry->second;
+    SheetNames::Of(*m_stylesByName).numbers.Forget(entry->first);
     m_stylesByName->erase(entry);
     m_namesByStyle->erase(style);
     return style;
@@ -133,17 +136,31 @@ bool StyleSheet::DeleteStyles(StyleSpan styles)
 /// over is in the nearest of them, and a long way is not gone again for each style on it.
 std::vector<Style*> StyleSheet::ListParentsFirst(StyleSpan doomed) const
 {
+    std::unordered_map<const Style*, bool> isListed; // the members in the sheet, and whether each is in the list
+    isListed.reserve(doomed.size());
+    for (Style* style : doomed)
+    {
+        if (style != nullptr && m_namesByStyle->contains(style))
+        {
+            isListed.emplace(style, false);
+        }
+    }
     std::vector<Style*> ordered;
     ordered.reserve(m_stylesByName->size());
-    std::unordered_set<const Style*> seen;
     for (const auto& entry : *m_stylesByName)
     {
         const std::size_t first = ordered.size();
-        for (Style* style = entry.second; style != nullptr && seen.insert(style).second;)
+        Style* style = entry.second;
+        auto member = isListed.find(style);
+        while (style != nullptr && (member == isListed.end() || !std::exchange(member->second, true)))
         {
             ordered.push_back(style);
-            Style* parent = style->GetParent();
-            style = parent != nullptr && doomed.contains(parent) && m_namesByStyle->contains(parent) ? parent : nullptr;
+            style = style->GetParent();
+            member = style != nullptr ? isListed.find(style) : isListed.end();
+            if (member == isListed.end())
+            {
+                break;
+            }
         }
         std::reverse(ordered.begin() + static_cast<std::ptrdiff_t>(first), ordered.end());
     }
@@ -153,29 +170,35 @@ std::vector<Style*> StyleSheet::ListParentsFirst(StyleSpan doomed) const
 void StyleSheet::Clear()
 {
     m_version = CurrentVersion();
+    SheetNames& names = SheetNames::Of(*m_stylesByName);
     // A style that is listed under several names dies with the first entry that is not the one it is known by.
-    for (auto entry = m_stylesByName->begin(); entry != m_stylesByName->end(); ++entry)
+    for (auto entry = names.begin(); entry != names.end(); ++entry)
     {
         Style* style = entry->second;
-        const auto known = m_namesByStyle->find(style);
-        if (style == nullptr || (known != m_namesByStyle->end() && known->second.CompareNoCase(entry->first) != 0))
+        if (style != nullptr && names.mayRepeatStyles)
         {
-            continue;
-        }
-        if (known == m_namesByStyle->end())
-        {
-            std::for_each(std::next(entry), m_stylesByName->end(), [style](auto& later) {
-                if (later.second == style)
-                {
-                    later.second = nullptr;
-                }
-            });
+            const auto known = m_namesByStyle->find(style);
+            if (known == m_namesByStyle->end())
+            {
+                std::for_each(std::next(entry), names.end(), [style](auto& later) {
+                    if (later.second == style)
+                    {
+                        later.second = nullptr;
+                    }
+                });
+            }
+            else if (known->second.CompareNoCase(entry->first) != 0)
+            {
+                continue;
+            }
         }
         entry->second = nullptr;
         delete style;
     }
-    m_stylesByName->clear();
+    names.clear();
+    names.numbers.Clear();
     m_namesByStyle->clear();
+    names.mayRepeatStyles = false;
 }
 
 void StyleSheet::CopyContentsFrom(const StyleSheet& other, IStyleSheetDuplicationContext* context)
@@ -208,7 +231,10 @@ void StyleSheet::MergeIn(StyleSheet& other, bool replace)
     {
         DestroyStyle(AddStyle(name, style, replace));
     }
-    other.m_stylesByName->clear();
+    SheetNames& otherNames = SheetNames::Of(*other.m_stylesByName);
+    otherNames.clear();
+    otherNames.numbers.Clear();
+    otherNames.mayRepeatStyles = true; // the styles are known by names that list them no more
 }
 
 Style* StyleSheet::GetStyle(const VelString& name) const
@@ -246,7 +272,7 @@ std::vector<Style*> StyleSheet::GetStylesByCategory(const PropertyKey& category)
     std::vector<Style*> styles;
     for (const auto& entry : *m_stylesByName)
     {
-        if (entry.second != nullptr && CategoryNameOf(entry.second) == category)
+        if (Detail::IsOfCategory(entry.second, category))
         {
             styles.push_back(entry.second);
         }
@@ -322,10 +348,9 @@ bool StyleSheet::IsListed(const Style* style) const noexcept
     {
         return true;
     }
-    // Only a style that was added under several names can be listed without being known by one of them.
-    return m_stylesByName->size() != m_namesByStyle->size() &&
-           std::any_of(m_stylesByName->begin(), m_stylesByName->end(),
-                       [style](const auto& entry) { return entry.second == style; });
+    const SheetNames& names = SheetNames::Of(*m_stylesByName);
+    return names.mayRepeatStyles &&
+           std::any_of(names.begin(), names.end(), [style](const auto& entry) { return entry.second == style; });
 }
 
 } // namespace Styles

@@ -74,6 +74,47 @@ Op DeleteTheNest()
     return operation;
 }
 
+/// Adds so many numbered names that the sheet remembers which of them are taken, and lets it learn that.
+void AddNumberedNames(W& w)
+{
+    const VelString base(L"Eine Ebene unter vielen");
+    for (int count = 0; count < 40; ++count)
+    {
+        w.sheet.AddStyle(w.sheet.GetUnusedStyleName(base), new Style(), false);
+    }
+}
+
+/// A number in the middle becomes free, which needs memory to remember what lies behind it.
+Op RemoveANumberedName()
+{
+    const VelString name(L"Eine Ebene unter vielen 20");
+    Op operation{"RemoveANumberedName", [name](W& w) { delete w.sheet.RemoveStyle(name); }};
+    operation.whenMemoryEnds = Promise::ThrowsNothing;
+    operation.prepare = AddNumberedNames;
+    operation.alsoHolds = [](W& w, const Picture&, const Expectation&) {
+        EXPECT_EQ(w.sheet.GetUnusedStyleName(L"Eine Ebene unter vielen"), VelString(L"Eine Ebene unter vielen 20"));
+        EXPECT_EQ(w.sheet.GetUnusedStyleName(L"Eine Ebene unter vielen 21"), VelString(L"Eine Ebene unter vielen 40"));
+    };
+    return operation;
+}
+
+Op FindANumberedName()
+{
+    Op operation{"FindANumberedName", [](W& w) { (void)w.sheet.GetUnusedStyleName(L"Eine Ebene unter vielen"); }};
+    operation.prepare = [](W& w) {
+        AddNumberedNames(w);
+        for (const wchar_t* removed : {L"Eine Ebene unter vielen 10", L"Eine Ebene unter vielen 30"})
+        {
+            delete w.sheet.RemoveStyle(removed);
+            w.sheet.AddStyle(removed, new Style(), false);
+        }
+    };
+    operation.alsoHolds = [](W& w, const Picture&, const Expectation&) {
+        EXPECT_EQ(w.sheet.GetUnusedStyleName(L"Eine Ebene unter vielen"), VelString(L"Eine Ebene unter vielen 40"));
+    };
+    return operation;
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Collection, SheetFaults,
     testing::Values(
@@ -190,6 +231,7 @@ INSTANTIATE_TEST_SUITE_P(
                (void)w.sheet.GetUnusedStyleName(L"Basis für alle anderen");
                (void)w.sheet.GetUnusedStyleName(L"fill");
            }},
+        FindANumberedName(), RemoveANumberedName(),
         Op{"ConvertToValidStyleName", [](W&) { (void)ConvertToValidStyleName(L" ein \"langer\" Name\t, ach ", true); }},
         Op{"GenerateCategoryStyleMap",
            [](W& w) {
