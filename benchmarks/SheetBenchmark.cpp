@@ -1,5 +1,5 @@
-/// How what is done with a sheet grows with its styles: every row is measured for an eighth, a quarter and a half of the
-/// styles too, and is good when twice the styles take no more than 2.3 times as long, as n log n does.
+/// How what is done with a sheet grows with its styles: every row is measured for an eighth, a quarter and a half of
+/// the styles too, and is good when twice the styles take no more than 2.3 times as long, as n log n does.
 
 #include "Rows.h"
 #include "SheetData.h"
@@ -82,13 +82,13 @@ Rows::Operation PrepareAddingToMap(std::size_t count)
     };
 }
 
-Rows::Operation PrepareFinding(std::size_t count)
+Rows::Operation PrepareFindingAs(std::size_t count, VelString (*spell)(std::size_t))
 {
     auto filled = std::make_shared<FilledSheet>(MakeFlatSheet(count));
     auto wanted = std::make_shared<std::vector<VelString>>();
     for (const std::size_t index : Shuffled(count))
     {
-        wanted->push_back(NameInOtherCase(index));
+        wanted->push_back(spell(index));
     }
     return [filled, wanted] {
         for (const VelString& name : *wanted)
@@ -98,7 +98,17 @@ Rows::Operation PrepareFinding(std::size_t count)
     };
 }
 
-Rows::Operation PrepareFindingInMap(std::size_t count)
+Rows::Operation PrepareFinding(std::size_t count)
+{
+    return PrepareFindingAs(count, NameOf);
+}
+
+Rows::Operation PrepareFindingInOtherCase(std::size_t count)
+{
+    return PrepareFindingAs(count, NameInOtherCase);
+}
+
+Rows::Operation PrepareFindingInMapAs(std::size_t count, VelString (*spell)(std::size_t))
 {
     auto map = std::make_shared<FoldingMap>();
     auto wanted = std::make_shared<std::vector<std::wstring>>();
@@ -108,7 +118,7 @@ Rows::Operation PrepareFindingInMap(std::size_t count)
     }
     for (const std::size_t index : Shuffled(count))
     {
-        wanted->push_back(ToStd(NameInOtherCase(index)));
+        wanted->push_back(ToStd(spell(index)));
     }
     return [map, wanted] {
         for (const std::wstring& name : *wanted)
@@ -117,6 +127,16 @@ Rows::Operation PrepareFindingInMap(std::size_t count)
             Keep(entry != map->end() ? entry->second : nullptr);
         }
     };
+}
+
+Rows::Operation PrepareFindingInMap(std::size_t count)
+{
+    return PrepareFindingInMapAs(count, NameOf);
+}
+
+Rows::Operation PrepareFindingInMapInOtherCase(std::size_t count)
+{
+    return PrepareFindingInMapAs(count, NameInOtherCase);
 }
 
 Rows::Operation PrepareRenaming(std::size_t count)
@@ -243,6 +263,8 @@ const bool rowsAdded = [] {
         once("sheet/add", PrepareAddingToMap, kFoldingMap);
         often("sheet/find by name", PrepareFinding);
         often("sheet/find by name", PrepareFindingInMap, kFoldingMap);
+        often("sheet/find by name in other case", PrepareFindingInOtherCase);
+        often("sheet/find by name in other case", PrepareFindingInMapInOtherCase, kFoldingMap);
         once("sheet/rename", PrepareRenaming);
         often("sheet/list a category", PrepareListingACategory);
         often("sheet/list the names of a category", PrepareListingNames);

@@ -38,9 +38,9 @@ struct Keys
         {
             for (const PropertyKey& key : {text, secondText})
             {
-                manager.RegisterProperty(category, key,
-                                         new Styles::StyleProperty(nullptr, VelString(L""),
-                                                                   new Styles::TextPolicy<VelString>, 0));
+                manager.RegisterProperty(
+                    category, key,
+                    new Styles::StyleProperty(nullptr, VelString(L""), new Styles::TextPolicy<VelString>, 0));
             }
         }
         manager.RegisterProperty(Styles::StyleCategoryName, number,
