@@ -35,8 +35,8 @@ PLANS = {
     "MemoryBenchmark": Plan(1),
     "WholeStyleBenchmark": Plan(11, 0.02, ("",)),
     "SheetBenchmark": Plan(5, smallest="/(125000|2500)/"),
-    "DependencyBenchmark": Plan(5),
-    "GrowthBenchmark": Plan(3),
+    "DependencyBenchmark": Plan(5, smallest="/12500/"),
+    "GrowthBenchmark": Plan(3, smallest="/(1|125000|12500|1250)/"),
 }
 
 # The first import in a process pays for pages of memory and for keys that are new.

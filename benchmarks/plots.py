@@ -57,7 +57,7 @@ def label(value):
 
 
 def plot(title, x_title, y_title, series):
-    """`series` is {name: [(x, y), ...]}; an x may be 0. The first one is drawn boldest, those named limit are dotted."""
+    """`series` is {name: [(x, y), ...]}; an x may be 0. The first is drawn boldest, those named limit are dotted."""
     xs = sorted({x for points in series.values() for x, _ in points})
     ys = [y for points in series.values() for _, y in points]
     ticks = decades(min(ys), max(ys))
@@ -71,9 +71,9 @@ def plot(title, x_title, y_title, series):
         low, high = math.log(ticks[0]), math.log(ticks[-1])
         return HEIGHT - BOTTOM - (HEIGHT - TOP - BOTTOM) * (math.log(y) - low) / (high - low or 1)
 
-    out = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {WIDTH} {HEIGHT}" width="{WIDTH}" height="{HEIGHT}" '
-           'role="img" aria-labelledby="title" font-family="system-ui, \'Segoe UI\', \'DejaVu Sans\', sans-serif" '
-           'font-size="13">',
+    out = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {WIDTH} {HEIGHT}" width="{WIDTH}" '
+           f'height="{HEIGHT}" role="img" aria-labelledby="title" font-size="13" '
+           'font-family="system-ui, \'Segoe UI\', \'DejaVu Sans\', sans-serif">',
            f'<title id="title">{html.escape(title)}</title>', style(),
            f'<rect class="page" width="{WIDTH}" height="{HEIGHT}"/>',
            f'<text class="text" x="{LEFT}" y="26" font-size="16" font-weight="600">{html.escape(title)}</text>']
@@ -82,8 +82,9 @@ def plot(title, x_title, y_title, series):
         out.append(f'<path class="grid" d="M{LEFT} {y:.1f}H{WIDTH - RIGHT}"/>'
                    f'<text class="note" x="{LEFT - 8}" y="{y + 4:.1f}" text-anchor="end">{label(tick)}</text>')
     for x in xs:
-        out.append(f'<path class="grid" d="M{place_x(x):.1f} {TOP}V{HEIGHT - BOTTOM}"/><text class="note" '
-                   f'x="{place_x(x):.1f}" y="{HEIGHT - BOTTOM + 18}" text-anchor="middle">{label(x) if x else 0}</text>')
+        out.append(f'<path class="grid" d="M{place_x(x):.1f} {TOP}V{HEIGHT - BOTTOM}"/>'
+                   f'<text class="note" x="{place_x(x):.1f}" y="{HEIGHT - BOTTOM + 18}" text-anchor="middle">'
+                   f'{label(x) if x else 0}</text>')
     middle = TOP + (HEIGHT - TOP - BOTTOM) / 2
     out.append(f'<path class="axis" fill="none" d="M{LEFT} {TOP}V{HEIGHT - BOTTOM}H{WIDTH - RIGHT}"/>'
                f'<text class="text" x="{(LEFT + WIDTH - RIGHT) / 2}" y="{HEIGHT - 14}" text-anchor="middle">'
@@ -94,8 +95,9 @@ def plot(title, x_title, y_title, series):
             + (" limit" if name.startswith("limit") else "")
         way = "L".join(f"{place_x(x):.1f} {place_y(y):.1f}" for x, y in points)
         legend = TOP + 12 + 24 * index
-        out.append(f'<path class="{kind}" d="M{way}"/>' + "".join(mark(index, place_x(x), place_y(y)) for x, y in points)
-                   + f'<path class="{kind}" d="M{WIDTH - RIGHT + 20} {legend}h30"/>'
+        marks = "".join(mark(index, place_x(x), place_y(y)) for x, y in points)
+        out.append(f'<path class="{kind}" d="M{way}"/>{marks}'
+                   f'<path class="{kind}" d="M{WIDTH - RIGHT + 20} {legend}h30"/>'
                    + mark(index, WIDTH - RIGHT + 35, legend)
                    + f'<text class="text" x="{WIDTH - RIGHT + 58}" y="{legend + 4}">{html.escape(name)}</text>')
     return "\n".join([*out, "</svg>", ""])

@@ -68,7 +68,8 @@ def load(results):
     for program in QUESTIONS:
         path = results / f"{program}.json"
         runs = {}
-        for run in json.loads(path.read_text()) if path.exists() else []:
+        told = json.loads(path.read_text()) if path.exists() else []
+        for run in sorted(told, key=lambda run: run["family_index"]):  # the order of the program, not of chance
             name = re.sub(r"(/(iterations|repeats|threads):\d+|/min_time:[^/]*|/real_time)+$", "", run["run_name"])
             runs.setdefault(name, []).append(run)
         rows += [row_of(program, name, all_runs) for name, all_runs in runs.items()]
@@ -123,7 +124,7 @@ def wanted(goal):
 
 
 def growth_lines(goal, rows):
-    """A line for each workload that was measured at several sizes: its worst growth for a doubling, and theirs there."""
+    """A line for each workload that was measured at several sizes: its worst growth for a doubling, and theirs."""
     families = {}
     for row in rows:
         family, size = size_of(row.workload)
@@ -256,7 +257,9 @@ def page(rows, more, shown):
     close = verdicts.count("within the spread")
     machine = table(["", ""], [[name, text] for name, text in more["machine"].items()], set())
     template = (HERE / "performance.md.in").read_text()
-    for name, text in {"SUMMARY": f"Of {len(verdicts)} goals {met} are met, {close} within the spread, and {len(verdicts) - met - close} missed.", "GOALS": goal_table(rows),
+    missed = len(verdicts) - met - close
+    summary = f"Of {len(verdicts)} goals {met} are met, {close} within the spread, {missed} missed."
+    for name, text in {"SUMMARY": summary, "GOALS": goal_table(rows),
                        "SECTIONS": "\n\n".join(sections), "MACHINE": machine, "DATE": more["date"]}.items():
         template = template.replace(f"@{name}@", text)
     return template
