@@ -10,6 +10,10 @@
 #    define CALLGRIND_DUMP_STATS_AT(name) static_cast<void>(name)
 #endif
 
+#ifdef __GLIBC__
+#    include <malloc.h>
+#endif
+
 #include <chrono>
 #include <cstdio>
 #include <cstring>
@@ -126,6 +130,15 @@ void CountInstructions(const Row& row)
     CALLGRIND_STOP_INSTRUMENTATION;
 }
 
+/// So that no repetition pays for pages of memory that the one before gave back; a first run in a process does pay.
+void KeepFreedMemory()
+{
+#ifdef __GLIBC__
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, -1);
+#endif
+}
+
 int RunOnce(std::string_view name)
 {
     for (const Row& row : AllRows())
@@ -189,6 +202,7 @@ int main(int argumentCount, char** arguments)
         }
         return 0;
     }
+    Rows::KeepFreedMemory();
     for (const Rows::Row& row : Rows::AllRows())
     {
         row.prepare ? Rows::RegisterTimed(row) : Rows::RegisterFigure(row);
