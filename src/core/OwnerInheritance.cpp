@@ -4,7 +4,6 @@
 #include "core/ParentSearch.h"
 #include "core/SmallStack.h"
 #include "core/StyleAccess.h"
-#include "registry/Definitions.h"
 #include "registry/MissingEntry.h"
 
 #include <bit>
@@ -171,12 +170,13 @@ const Any* Resolver::WaitForHeir(const Style& heir)
 
 const Any& GetDefaultOf(const Style& style, const PropertyKey& key)
 {
-    if (const StyleCategory* category = StyleAccess::Category(style))
+    const IndexedCategory* category = StyleAccess::Category(style);
+    const BaseStyleProperty* definition = category != nullptr ? category->Find(key).property : nullptr;
+    if (definition == nullptr)
     {
-        const BaseStyleProperty* definition = FindQuietly(*category, key);
-        return definition != nullptr ? definition->GetDefaultValue() : category->GetDefaultValue(key);
+        ThrowMissingDefault(key);
     }
-    ThrowMissingDefault(key);
+    return definition->GetDefaultValue();
 }
 
 const Any& GetInheritedThroughOwner(const Style& heir, const PropertyKey& key)

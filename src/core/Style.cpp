@@ -7,6 +7,7 @@
 #include "core/StylesInside.h"
 
 #include <exception>
+#include <utility>
 
 namespace Styles
 {
@@ -22,7 +23,7 @@ Style::Style(Style* parent, const PropertyKey& categoryName) : Style()
 // Both delegate, so that a throw in the middle runs the destructor.
 Style::Style(const Style& other) : Style()
 {
-    Detail::StyleAccess::Copy(*this, other);
+    Detail::StyleAccess::Fill(*this, other);
 }
 
 Style::Style(Style&& other) : Style()
@@ -74,6 +75,28 @@ Style& Style::operator=(Style&& other)
     return *this;
 }
 
+void Detail::StyleAccess::Fill(Style& style, const Style& other)
+{
+    style.m_parent = other.m_parent;
+    style.m_category = other.m_category;
+    style.m_externalID = other.m_externalID;
+    style.m_externalName = other.m_externalName;
+    if (HoldsOnlyPlainValues(style))
+    {
+        PropertyMap copies(other.m_properties);
+        style.m_properties.swap(copies);
+        return;
+    }
+    for (const auto& [key, value] : other.m_properties)
+    {
+        if (const BaseStyleProperty* definition = FindDefinition(style, key))
+        {
+            Any copy(value);
+            Adopt(style, *definition, key, Callable(*definition).MovePropertyData(&style, std::move(copy)));
+        }
+    }
+}
+
 void Detail::StyleAccess::Copy(Style& style, const Style& other)
 {
     // The old values go last: `other` may be inside them, and they come back when a definition throws.
@@ -83,20 +106,9 @@ void Detail::StyleAccess::Copy(Style& style, const Style& other)
     old.m_category = style.m_category;
     old.m_externalID = style.m_externalID;
     old.m_externalName = style.m_externalName;
-    style.m_parent = other.m_parent;
-    style.m_category = other.m_category;
-    style.m_externalID = other.m_externalID;
-    style.m_externalName = other.m_externalName;
     try
     {
-        for (const auto& [key, value] : other.m_properties)
-        {
-            if (const BaseStyleProperty* definition = style.FindDefinition(key))
-            {
-                Any copy(value);
-                Adopt(style, *definition, key, Callable(*definition).MovePropertyData(&style, std::move(copy)));
-            }
-        }
+        Fill(style, other);
     }
     catch (...)
     {
@@ -192,7 +204,16 @@ void Style::SetCategory(const PropertyKey& categoryName)
 {
     try
     {
-        m_category = VelUtils::Singleton<StyleManager, 0>::GetInstance().GetCategory(categoryName);
+        std::shared_ptr<const StyleCategory> category =
+            VelUtils::Singleton<StyleManager, 0>::GetInstance().GetCategory(categoryName);
+        if (category != m_category)
+        {
+            m_category = std::move(category);
+            if (!m_properties.empty())
+            {
+                Detail::StyleAccess::Category(*this)->ExpectUnknownValues();
+            }
+        }
     }
     catch (...) // unknown: the style keeps what it has
     {}
@@ -332,7 +353,7 @@ bool Style::RepairSubstyleOwnerPointers()
 
 const BaseStyleProperty* Style::FindDefinition(const PropertyKey& key) const
 {
-    return m_category ? m_category->GetStyleProperty(key) : nullptr;
+    return Detail::StyleAccess::Find(*this, key).property;
 }
 
 } // namespace Styles

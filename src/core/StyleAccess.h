@@ -3,6 +3,8 @@
 
 #include <styles/Style.h>
 
+#include "registry/IndexedCategory.h"
+
 namespace Styles::Detail
 {
 
@@ -20,11 +22,26 @@ struct StyleAccess
     }
 
     /// The category without the cost of sharing it; null for none.
-    [[nodiscard]] static const StyleCategory* Category(const Style& style) noexcept { return style.m_category.get(); }
+    [[nodiscard]] static const IndexedCategory* Category(const Style& style) noexcept
+    {
+        return static_cast<const IndexedCategory*>(style.m_category.get()); // the manager makes no others
+    }
+
+    /// What the category says about `key`. A miss is reported to the log.
+    [[nodiscard]] static Definition Find(const Style& style, const PropertyKey& key)
+    {
+        const IndexedCategory* category = Category(style);
+        const Definition definition = category != nullptr ? category->Find(key) : Definition();
+        if (definition.property == nullptr && category != nullptr)
+        {
+            static_cast<void>(category->GetStyleProperty(key)); // reports
+        }
+        return definition;
+    }
 
     [[nodiscard]] static const BaseStyleProperty* FindDefinition(const Style& style, const PropertyKey& key)
     {
-        return style.FindDefinition(key);
+        return Find(style, key).property;
     }
 
     /// The own value, or null.
@@ -33,6 +50,40 @@ struct StyleAccess
         const auto entry = style.m_properties.find(key);
         return entry != style.m_properties.end() ? &entry->second : nullptr;
     }
+
+    /// Whether no definition has to be asked about the values of `style`.
+    [[nodiscard]] static bool HoldsOnlyPlainValues(const Style& style) noexcept
+    {
+        const IndexedCategory* category = Category(style);
+        return category != nullptr && category->HasOnlyPlainValues();
+    }
+
+    /// Where `key` is in the map, or where it is to be inserted.
+    [[nodiscard]] static PropertyMap::iterator FindPlace(Style& style, const PropertyKey& key) noexcept
+    {
+        PropertyMap& map = style.m_properties;
+        // Copies come in order, one behind the other.
+        return map.empty() || std::less<PropertyKey>()(map.rbegin()->first, key) ? map.end() : map.lower_bound(key);
+    }
+
+    /// Stores `value` under `key`, which has a plain definition; an empty one removes what is there. On a throw the
+    /// style is as it was.
+    static void StorePlain(Style& style, const PropertyKey& key, Any value);
+
+    /// Whether `style` and its parents are of one category, hold only plain values, and inherit from no owner.
+    [[nodiscard]] static bool InheritsPlainly(const Style& style) noexcept;
+
+    /// As `Flatten`, for a style that inherits plainly; the parent stays.
+    static bool FlattenPlainly(Style& style, std::set<PropertyKey>* changed);
+
+    /// As `FlattenProperty` of `definition`, which is the plain one of `key` in the category of `style`.
+    static bool FlattenPlain(Style& style, const BaseStyleProperty& definition, const PropertyKey& key);
+
+    /// As `Style::Flatten`; adds the keys to `changed` unless it is null. Whether there are any.
+    static bool Flatten(Style& style, std::set<PropertyKey>* changed);
+
+    /// Gives `style`, which holds no values, copies of those of `other`, and all else of it but the owner.
+    static void Fill(Style& style, const Style& other);
 
     /// Stores `value`, which is made for `style` already: what it owns belongs to the style from now on. The old value
     /// is destroyed through `definition`. When there is no memory the new value is destroyed instead.

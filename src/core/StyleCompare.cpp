@@ -2,6 +2,8 @@
 
 #include <styles/Style.h>
 
+#include "core/StyleAccess.h"
+
 #include <functional>
 #include <stdexcept>
 #include <typeinfo>
@@ -42,6 +44,10 @@ bool Style::operator==(const Style& other) const
         m_externalName != other.m_externalName || m_properties.size() != other.m_properties.size())
     {
         return false;
+    }
+    if (Detail::StyleAccess::HoldsOnlyPlainValues(*this))
+    {
+        return m_properties == other.m_properties;
     }
     auto theirs = other.m_properties.begin();
     for (const auto& [key, value] : m_properties)

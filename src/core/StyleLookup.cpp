@@ -6,7 +6,6 @@
 #include "core/ParentSearch.h"
 #include "core/StyleAccess.h"
 #include "core/SubstyleSteps.h"
-#include "registry/Definitions.h"
 
 #include <exception>
 
@@ -23,11 +22,10 @@ const PropertyKey& WholeSubstyle()
     return key;
 }
 
-/// Whether `value` is the very default object of the category for `key`.
-bool IsDefaultObject(const StyleCategory& category, const PropertyKey& key, const Any& value)
+/// Whether `value` is the very default object of its category.
+bool IsDefaultObject(const Detail::Definition& definition, const Any& value)
 {
-    const BaseStyleProperty* definition = Detail::FindQuietly(category, key);
-    return definition != nullptr && &definition->GetDefaultValue() == &value;
+    return definition.property != nullptr && &definition.property->GetDefaultValue() == &value;
 }
 
 /// What `style` inherits for `key` beyond its parents, where a search along them ended at `top`.
@@ -81,12 +79,13 @@ const Any& Style::GetInheritedProperty(const PropertyKey& key) const
 
 bool Style::GetProperty(const PropertyKey& key, Any& out) const
 {
-    if (FindDefinition(key) == nullptr)
+    const Detail::Definition definition = Detail::StyleAccess::Find(*this, key);
+    if (definition.property == nullptr)
     {
         return false;
     }
     const Any& value = GetProperty(key);
-    if (IsDefaultObject(*m_category, key, value))
+    if (IsDefaultObject(definition, value))
     {
         return false;
     }
@@ -101,7 +100,7 @@ bool Style::GetInheritedProperty(const PropertyKey& key, Any& out) const
         return false;
     }
     const Any& value = GetInheritedProperty(key);
-    if (IsDefaultObject(*m_category, key, value))
+    if (IsDefaultObject(Detail::StyleAccess::Category(*this)->Find(key), value))
     {
         return false;
     }

@@ -110,28 +110,128 @@ void Style::MergeParentProperties(const Style* source)
     });
 }
 
+bool Detail::StyleAccess::FlattenPlain(Style& style, const BaseStyleProperty& definition, const PropertyKey& key)
+{
+    const auto place = FindPlace(style, key);
+    if (place != style.m_properties.end() && place->first == key)
+    {
+        if (place->second.IsEmpty())
+        {
+            style.m_properties.erase(place); // nothing, stored back, removes
+        }
+        return true;
+    }
+    const Any& inherited = style.GetInheritedProperty(key);
+    if (&inherited == &definition.GetDefaultValue())
+    {
+        return false;
+    }
+    if (!inherited.IsEmpty())
+    {
+        style.m_properties.emplace_hint(place, key, inherited);
+    }
+    return true;
+}
+
+bool Detail::StyleAccess::InheritsPlainly(const Style& style) noexcept
+{
+    if (!HoldsOnlyPlainValues(style))
+    {
+        return false;
+    }
+    const Style* top = &style;
+    ParentWalk parents(style);
+    while (const Style* parent = parents.Next())
+    {
+        if (parent->m_category != style.m_category)
+        {
+            return false;
+        }
+        top = parent;
+    }
+    return parents.IsClosed() || top->m_owner == nullptr;
+}
+
+bool Detail::StyleAccess::FlattenPlainly(Style& style, std::set<PropertyKey>* changed)
+{
+    PropertyMap& values = style.m_properties;
+    std::set<PropertyKey> hidden; // a parent has an empty value: it hides those of its parents, but is not stored
+    ParentWalk parents(style);
+    while (const Style* parent = parents.Next())
+    {
+        for (const auto& entry : parent->m_properties)
+        {
+            const auto place = values.lower_bound(entry.first);
+            if (place != values.end() && place->first == entry.first)
+            {
+                continue;
+            }
+            if (entry.second.IsEmpty())
+            {
+                hidden.insert(entry.first);
+            }
+            else if (hidden.empty() || !hidden.contains(entry.first))
+            {
+                values.insert(place, entry);
+            }
+        }
+    }
+    const bool hadValue = !values.empty() || !hidden.empty();
+    if (changed != nullptr)
+    {
+        changed->insert(hidden.begin(), hidden.end());
+        for (const auto& entry : values)
+        {
+            changed->insert(entry.first);
+        }
+    }
+    std::erase_if(values, [](const auto& entry) { return entry.second.IsEmpty(); });
+    return hadValue;
+}
+
+bool Detail::StyleAccess::Flatten(Style& style, std::set<PropertyKey>* changed)
+{
+    bool hadValue = false;
+    if (InheritsPlainly(style))
+    {
+        hadValue = FlattenPlainly(style, changed);
+    }
+    else if (style.m_category)
+    {
+        const std::shared_ptr<const StyleCategory> category = style.m_category; // a definition may exchange it
+        const IndexedCategory& flattened = *Category(style);
+        const WorkInProgress work(style);
+        for (const PropertyKey& key : std::vector<PropertyKey>(flattened.GetPropertyNames()))
+        {
+            const Definition definition = flattened.Find(key);
+            if (definition.property == nullptr)
+            {
+                static_cast<void>(flattened.GetStyleProperty(key)); // reports
+            }
+            else if (definition.isPlain && style.m_category == category
+                         ? FlattenPlain(style, *definition.property, key)
+                         : definition.property->FlattenProperty(&style, key))
+            {
+                hadValue = true;
+                if (changed != nullptr)
+                {
+                    changed->insert(key);
+                }
+            }
+        }
+    }
+    style.m_parent = nullptr;
+    return hadValue;
+}
+
 bool Style::Flatten()
 {
-    std::set<PropertyKey> changed;
-    return Flatten(changed);
+    return Detail::StyleAccess::Flatten(*this, nullptr);
 }
 
 bool Style::Flatten(std::set<PropertyKey>& changed)
 {
-    if (m_category)
-    {
-        const std::shared_ptr<const StyleCategory> flattened = m_category;
-        const Detail::WorkInProgress work(*this);
-        for (const PropertyKey& key : std::vector<PropertyKey>(flattened->GetPropertyNames()))
-        {
-            const BaseStyleProperty* definition = flattened->GetStyleProperty(key);
-            if (definition != nullptr && definition->FlattenProperty(this, key))
-            {
-                changed.insert(key);
-            }
-        }
-    }
-    m_parent = nullptr;
+    Detail::StyleAccess::Flatten(*this, &changed);
     // KEPT: the answer is about the whole set, so a set that held keys before gives true although nothing changed now.
     // Hosts flatten several styles into one set. Pinned by StyleMerge.FlatteningIntoASetThatIsNotEmptyAnswersTrue
     return !changed.empty();
@@ -139,8 +239,9 @@ bool Style::Flatten(std::set<PropertyKey>& changed)
 
 Style* Style::CreateFlattenedStyle() const
 {
-    std::set<PropertyKey> changed;
-    return CreateFlattenedStyle(changed);
+    auto flattened = std::make_unique<Style>(*this);
+    flattened->Flatten();
+    return flattened.release();
 }
 
 Style* Style::CreateFlattenedStyle(std::set<PropertyKey>& changed) const

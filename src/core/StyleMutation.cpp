@@ -99,22 +99,53 @@ private:
 void Detail::StyleAccess::Adopt(Style& style, const BaseStyleProperty& definition, const PropertyKey& key, Any value)
 {
     Departing departing(&definition, &value);
-    if (const auto entry = style.m_properties.find(key); entry != style.m_properties.end())
+    if (HoldsOnlyPlainValues(style))
     {
-        entry->second.Swap(value);
+        Category(style)->ExpectUnknownValues(); // `definition` has exchanged the category
+    }
+    const auto place = FindPlace(style, key);
+    if (place != style.m_properties.end() && place->first == key)
+    {
+        place->second.Swap(value);
         departing.Destroy();
         return;
     }
-    style.m_properties.emplace(key, Any()).first->second.Swap(value);
+    style.m_properties.emplace_hint(place, key, Any())->second.Swap(value);
     departing.Release();
+}
+
+void Detail::StyleAccess::StorePlain(Style& style, const PropertyKey& key, Any value)
+{
+    const auto place = FindPlace(style, key);
+    const bool isThere = place != style.m_properties.end() && place->first == key;
+    if (value.IsEmpty())
+    {
+        if (isThere)
+        {
+            style.m_properties.erase(place);
+        }
+    }
+    else if (isThere)
+    {
+        place->second.Swap(value);
+    }
+    else
+    {
+        style.m_properties.emplace_hint(place, key, std::move(value));
+    }
 }
 
 void Style::SetProperty(const PropertyKey& key, const Any& value)
 {
     const PropertyKey name = key; // `key` and `value` may be parts of the very entry that goes
-    const std::shared_ptr<const StyleCategory> category = m_category; // a definition may exchange it
-    const BaseStyleProperty* definition = category ? category->GetStyleProperty(name) : nullptr;
+    const auto [definition, isPlain] = Detail::StyleAccess::Find(*this, name);
     Any copy(value);
+    if (isPlain)
+    {
+        Detail::StyleAccess::StorePlain(*this, name, std::move(copy));
+        return;
+    }
+    const std::shared_ptr<const StyleCategory> category = m_category; // a definition may exchange it
 
     // KEPT: unlike the other form, this one destroys and removes the old value before it asks for the new one, so that
     // an unknown key, or a definition that throws, leaves the property cleared. Hosts clear properties in this way.
@@ -147,12 +178,17 @@ void Style::SetProperty(const PropertyKey& key, Any&& value)
     // KEPT: an unknown key leaves an existing value where it is, unlike the other form.
     // Pinned by StyleMutation.SettingAnUnknownKeyByMoveLeavesTheOldValue
     const PropertyKey name = key;
-    const std::shared_ptr<const StyleCategory> category = m_category; // a definition may exchange it
-    const BaseStyleProperty* definition = category ? category->GetStyleProperty(name) : nullptr;
+    const auto [definition, isPlain] = Detail::StyleAccess::Find(*this, name);
     if (definition == nullptr)
     {
         return;
     }
+    if (isPlain)
+    {
+        Detail::StyleAccess::StorePlain(*this, name, std::move(value));
+        return;
+    }
+    const std::shared_ptr<const StyleCategory> category = m_category; // a definition may exchange it
     Any result = Detail::Callable(*definition).MovePropertyData(this, std::move(value));
     if (result.IsEmpty())
     {
@@ -279,12 +315,20 @@ void Style::ClearAllProperties()
 {
     std::map<PropertyKey, Any> old;
     old.swap(m_properties);
+    if (Detail::StyleAccess::HoldsOnlyPlainValues(*this))
+    {
+        return;
+    }
     std::exception_ptr failure;
     for (const auto& [key, value] : old)
     {
         try
         {
-            DestroyPropertyData(key, value);
+            const auto [definition, isPlain] = Detail::StyleAccess::Find(*this, key);
+            if (definition != nullptr && !isPlain)
+            {
+                definition->DestroyPropertyData(value);
+            }
         }
         catch (...)
         {

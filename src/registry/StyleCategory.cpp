@@ -1,5 +1,6 @@
 #include <styles/StyleManager.h>
 
+#include "registry/IndexedCategory.h"
 #include "registry/MissingEntry.h"
 
 #include <VelPlatform/Module.h>
@@ -49,11 +50,25 @@ StyleCategory::StyleCategory(const StyleCategory& other) = default;
 StyleCategory& StyleCategory::operator=(const StyleCategory& other)
 {
     StyleCategory copy(other);
+    auto* const indexed = dynamic_cast<Detail::IndexedCategory*>(this);
+    if (indexed != nullptr)
+    {
+        indexed->Reserve(copy.m_properties.size());
+    }
     std::swap(m_categoryName, copy.m_categoryName);
     std::swap(m_categoryUIName, copy.m_categoryUIName);
     m_propertyNames.swap(copy.m_propertyNames);
     m_properties.swap(copy.m_properties);
     m_isPublic = copy.m_isPublic;
+    if (indexed != nullptr)
+    {
+        indexed->Clear();
+        indexed->ExpectUnknownValues();
+        for (const auto& [name, definition] : m_properties)
+        {
+            indexed->Add(name, definition);
+        }
+    }
     return *this;
 }
 
@@ -65,6 +80,11 @@ void StyleCategory::RegisterProperty(const PropertyKey& name, BaseStyleProperty*
     {
         return;
     }
+    auto* const indexed = dynamic_cast<Detail::IndexedCategory*>(this);
+    if (indexed != nullptr)
+    {
+        indexed->Reserve(m_properties.size() + 1);
+    }
     m_propertyNames.push_back(name);
     try
     {
@@ -74,6 +94,10 @@ void StyleCategory::RegisterProperty(const PropertyKey& name, BaseStyleProperty*
     {
         m_propertyNames.pop_back();
         throw;
+    }
+    if (indexed != nullptr)
+    {
+        indexed->Add(name, definition);
     }
 }
 
@@ -104,6 +128,10 @@ const VelPref::Detail::IConversionPolicy* StyleCategory::GetConversionPolicy(con
 
 void StyleCategory::PreDestroyProperties()
 {
+    if (auto* const indexed = dynamic_cast<Detail::IndexedCategory*>(this))
+    {
+        indexed->Clear();
+    }
     for (auto& [name, definition] : m_properties)
     {
         delete std::exchange(definition, nullptr);

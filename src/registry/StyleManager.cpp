@@ -1,5 +1,6 @@
 #include <styles/StyleManager.h>
 
+#include "registry/IndexedCategory.h"
 #include "registry/MissingEntry.h"
 
 #include <algorithm>
@@ -30,7 +31,8 @@ std::shared_ptr<StyleCategory> StyleManager::RegisterCategory(const PropertyKey&
     {
         m_styleSetCategoryNames.reserve(m_styleSetCategoryNames.size() + 1);
     }
-    const auto entry = m_categories.emplace(name, std::make_shared<StyleCategory>(name, uiName, isPublic)).first;
+    const auto entry =
+        m_categories.emplace(name, std::make_shared<Detail::IndexedCategory>(name, uiName, isPublic)).first;
     m_categoryNames.push_back(entry->first);
     if (isStyleSet)
     {
