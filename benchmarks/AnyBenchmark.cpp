@@ -413,10 +413,12 @@ void AddRows(const std::string& what, const std::string& contender)
     });
     AddAssignRow<Contender>(what, contender);
     AddRow<Contender>("compare " + what, contender, Count, [](All& all) {
+        const Box* const left = all.left.data();
+        const Box* const right = all.right.data();
         std::size_t equal = 0;
         for (std::size_t i = 0; i < Count; ++i)
         {
-            equal += Contender::Equal(all.left[i], all.right[i]) ? 1 : 0;
+            equal += Contender::Equal(left[i], right[i]) ? 1 : 0;
         }
         Rows::Keep(equal);
     });
