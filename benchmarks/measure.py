@@ -46,9 +46,12 @@ FIRST_CONTENDERS = (OURS, "RapidJSON events")
 FIRST_TIMES = 9
 
 
-def run(*command, **options):
-    return subprocess.run(command, check=True, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True,
-                          **options).stdout
+def run(*command):
+    """What the command says; what it complains of only when it fails."""
+    done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, text=True)
+    if done.returncode != 0:
+        raise SystemExit(f"{done.stderr}{' '.join(command)} failed with status {done.returncode}")
+    return done.stdout
 
 
 def say(text):
@@ -63,7 +66,7 @@ def time_rows(program, row_filter, plan, pin):
         command.append("--benchmark_enable_random_interleaving=true")
     if pin and shutil.which("taskset"):
         command = ["taskset", "-c", str(max(os.sched_getaffinity(0))), *command]
-    said = run(*command, stderr=subprocess.DEVNULL)
+    said = run(*command)
     return json.loads(said)["benchmarks"] if said.strip() else []
 
 
@@ -94,7 +97,7 @@ def count_instructions(program, part):
     counts = {}
     with tempfile.TemporaryDirectory() as folder:
         run("valgrind", "--tool=callgrind", "--instr-atstart=no", f"--callgrind-out-file={folder}/counted",
-            str(program), "--count-instructions", part, stderr=subprocess.DEVNULL)
+            str(program), "--count-instructions", part)
         for path in pathlib.Path(folder).iterdir():
             text = path.read_text()
             named = re.search(r"^desc: Trigger: Client Request: (.*)=(\d+)$", text, re.MULTILINE)

@@ -64,6 +64,8 @@ def row_of(program, name, runs):
 def load(results):
     """The rows as they were measured, in the order of the questions, and what else is known."""
     rows = []
+    if not (results / "more.json").exists():
+        raise SystemExit("nothing has been measured yet")
     more = json.loads((results / "more.json").read_text())
     for program in QUESTIONS:
         path = results / f"{program}.json"
