@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <initializer_list>
 #include <memory>
 #include <numeric>
 #include <random>
@@ -212,7 +213,7 @@ void AddCold(std::size_t parents)
 template <class Chain>
 void AddChain()
 {
-    for (const std::size_t parents : {0, 1, 2, 4, 8, 16, 64})
+    for (const std::size_t parents : std::initializer_list<std::size_t>{0, 1, 2, 4, 8, 16, 64})
     {
         AddHot<Chain>("hit at the root", 0, parents);
         AddHot<Chain>("default", kAtTheRoot, parents);
