@@ -64,7 +64,7 @@ std::vector<std::wstring> ShuffledNames()
 }
 
 // Interning. A contender adds all names, and then is asked for each of them by a text in another place. `Intern` may be
-// called by several threads when `Locked`.
+// called by several threads at once when `Shared`.
 
 struct OursInterns
 {
