@@ -34,7 +34,7 @@ PLANS = {
     "ExportBenchmark": Plan(7, 0.1, ("/1000/",), "/100/"),
     "MemoryBenchmark": Plan(1),
     "WholeStyleBenchmark": Plan(11, 0.02, ("",)),
-    "SheetBenchmark": Plan(5, smallest="/(125000|2500)/"),
+    "SheetBenchmark": Plan(3, smallest="/(125000|2500)/"),
     "DependencyBenchmark": Plan(5, smallest="/12500/"),
     "GrowthBenchmark": Plan(3, smallest="/(1|125000|12500|1250)/"),
 }
