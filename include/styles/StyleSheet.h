@@ -180,6 +180,7 @@ protected:
 
 private:
     class DocumentReader;
+    class DocumentWriter;
 
     [[nodiscard]] std::vector<Style*> ListParentsFirst(StyleSpan doomed) const;
     void DestroyStyle(Style* style) noexcept;

@@ -23,30 +23,30 @@ VelString FormatNumber(double number)
     return VelPlatform::ToWide(std::string_view(text, result.ptr));
 }
 
-/// The text of a string, number or boolean; false for any other value.
-bool ReadText(const Json::Variant* json, VelString& text)
+/// The text of a string, number or boolean, which `made` may have to hold; null for any other value.
+const VelString* ReadText(const Json::Variant* json, VelString& made)
 {
     if (json == nullptr)
     {
-        return false;
+        return nullptr;
     }
     if (const VelString* string = json->GetIf<VelString>())
     {
-        text = *string;
+        return string;
     }
-    else if (const double* number = json->GetIf<double>())
+    if (const double* number = json->GetIf<double>())
     {
-        text = FormatNumber(*number);
+        made = FormatNumber(*number);
     }
     else if (const bool* boolean = json->GetIf<bool>())
     {
-        text = VelString(*boolean ? L"1" : L"0");
+        made = VelString(*boolean ? L"1" : L"0");
     }
     else
     {
-        return false;
+        return nullptr;
     }
-    return true;
+    return &made;
 }
 
 /// What a property of this name is when its text cannot be read; null when that is a failure.
@@ -104,14 +104,19 @@ bool StyleProperty::Serialize(const StyleSheet& sheet, const Style* /*style*/, c
 
 bool StyleProperty::Deserialize(const StyleSheet& /*sheet*/, Style* style, const Json::Variant* json) const
 {
-    VelString text;
-    if (m_conversionPolicy == nullptr || style == nullptr || !ReadText(json, text))
+    if (m_conversionPolicy == nullptr || style == nullptr)
+    {
+        return false;
+    }
+    VelString made;
+    const VelString* const text = ReadText(json, made);
+    if (text == nullptr)
     {
         return false;
     }
     try
     {
-        style->SetProperty(GetPropertyName(), m_conversionPolicy->FromText(text));
+        style->SetProperty(GetPropertyName(), m_conversionPolicy->FromText(*text));
     }
     catch (const VelPref::Detail::BadConversion&)
     {

@@ -19,13 +19,10 @@ public:
     ~ReplacedStyles();
 
     /// Makes the next `Add` safe.
-    void Prepare(Style* style) { m_prepared.emplace(nullptr, style); }
+    void Prepare(Style* style) { m_prepared.insert_or_assign(nullptr, style); }
 
-    /// Takes over `removed`, in whose place the style stands that was prepared.
+    /// Takes over `removed`, in whose place the style stands that was prepared last.
     void Add(Style* removed) noexcept;
-
-    /// Nothing was replaced by the style that was prepared.
-    void Forget() noexcept { m_prepared.clear(); }
 
     /// Lets the heirs among `styles` inherit from the replacements. Every style is told, then the first exception goes
     /// on.
@@ -36,7 +33,7 @@ private:
 
     Delegate<void(Style*)> m_destroy;
     std::map<Style*, Style*> m_replacements;
-    std::map<Style*, Style*> m_prepared;
+    std::map<Style*, Style*> m_prepared; // one entry at most
 };
 
 } // namespace Styles::Detail

@@ -20,6 +20,10 @@ struct SheetNames : StyleSheet::NameMap
     /// two maps of the sheet hold the same pairs.
     bool mayRepeatStyles = false;
 
+    /// Goes up whenever another style is listed under a name. Who has seen a style listed knows that it still is while
+    /// this stays.
+    std::size_t changes = 0;
+
     [[nodiscard]] static SheetNames& Of(StyleSheet::NameMap& map) noexcept { return static_cast<SheetNames&>(map); }
 };
 

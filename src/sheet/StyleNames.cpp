@@ -62,7 +62,9 @@ void StyleSheet::RenameStyle(const VelString& oldName, const VelString& newName)
     {
         ++place;
     }
-    SheetNames::Of(*m_stylesByName).numbers.Forget(entry->first);
+    SheetNames& names = SheetNames::Of(*m_stylesByName);
+    names.numbers.Forget(entry->first);
+    ++names.changes;
     auto node = m_stylesByName->extract(entry);
     node.key() = name;
     m_stylesByName->insert(place, std::move(node));

@@ -74,6 +74,7 @@ Style* StyleSheet::AddStyle(const VelString& name, Style* style, bool replace)
         m_namesByStyle->erase(removed);
     }
     m_stylesByName->insert(place, newName.extract(newName.begin()));
+    ++SheetNames::Of(*m_stylesByName).changes;
     // The allocator often places one style behind the other: then the end is where the new one belongs.
     auto node = newStyle.extract(newStyle.begin());
     const auto listed = m_namesByStyle->insert(m_namesByStyle->end(), std::move(node));
@@ -93,8 +94,10 @@ Style* StyleSheet::RemoveStyle(const VelString& name)
         return nullptr;
     }
     Style* style = entry->second;
-    SheetNames::Of(*m_stylesByName).numbers.Forget(entry->first);
-    m_stylesByName->erase(entry);
+    SheetNames& names = SheetNames::Of(*m_stylesByName);
+    names.numbers.Forget(entry->first);
+    ++names.changes;
+    names.erase(entry);
     m_namesByStyle->erase(style);
     return style;
 }
@@ -197,6 +200,7 @@ void StyleSheet::Clear()
     }
     names.clear();
     names.numbers.Clear();
+    ++names.changes;
     m_namesByStyle->clear();
     names.mayRepeatStyles = false;
 }
@@ -234,6 +238,7 @@ void StyleSheet::MergeIn(StyleSheet& other, bool replace)
     SheetNames& otherNames = SheetNames::Of(*other.m_stylesByName);
     otherNames.clear();
     otherNames.numbers.Clear();
+    ++otherNames.changes;
     otherNames.mayRepeatStyles = true; // the styles are known by names that list them no more
 }
 

@@ -5,10 +5,17 @@
 #include "core/StyleAccess.h"
 #include "sheet/DocumentMembers.h"
 #include "sheet/ReplacedStyles.h"
+#include "sheet/SheetNames.h"
 
+#include <VelUtils/TextStream.h>
+
+#include <algorithm>
+#include <functional>
 #include <limits>
+#include <map>
 #include <memory>
-#include <unordered_set>
+#include <typeinfo>
+#include <utility>
 #include <vector>
 
 namespace Styles
@@ -75,8 +82,15 @@ const Json::Object& StyleObject(const Json::Object& block, std::size_t index)
 class StyleSheet::DocumentReader
 {
 public:
-    DocumentReader(StyleSheet& sheet, const Json::Object& root, bool replace)
-        : m_sheet(sheet), m_root(root), m_replace(replace), m_destroy{sheet}, m_replaced(m_destroy)
+    /// `isUsedUp`: whether nobody will look at the document afterwards. Then what has been read is freed at once, while
+    /// it is at hand.
+    DocumentReader(StyleSheet& sheet, Json::Object& root, bool replace, bool isUsedUp)
+        : m_sheet(sheet),
+          m_root(root),
+          m_replace(replace),
+          m_isUsedUp(isUsedUp),
+          m_destroy{sheet},
+          m_replaced(m_destroy)
     {}
 
     void Read()
@@ -91,8 +105,9 @@ public:
             throw;
         }
         m_replaced.TellHeirs(*m_sheet.m_stylesByName);
+        m_changes = Names().changes;
         ForEachCategory(
-            [this](const VelString& category, const Json::Object& block) { ReadStyles(PropertyKey(category), block); });
+            [this](const VelString& category, Json::Object& block) { ReadStyles(PropertyKey(category), block); });
         if (!m_hasVersion)
         {
             m_sheet.m_version = 0;
@@ -112,7 +127,7 @@ private:
         for (std::size_t index = 0; index < m_root.GetSize(); ++index)
         {
             const VelString& name = m_root.GetValueName(index);
-            const auto* block = m_root.GetValue(index)->GetIf<Json::Object>();
+            auto* block = m_root.GetValue(index)->GetIf<Json::Object>();
             if (block != nullptr && Manager().CategoryExists(name))
             {
                 action(name, *block);
@@ -160,28 +175,56 @@ private:
 
     void CreateStyles(const Json::Object& block)
     {
+        m_firstOfBlock.emplace(&block, m_created.size());
         for (std::size_t index = 0; index < block.GetSize(); ++index)
         {
             static_cast<void>(StyleObject(block, index));
             auto style = std::make_unique<Style>();
-            m_created.insert(style.get());
+            m_created.push_back(style.get());
             m_replaced.Prepare(style.get());
+            const std::size_t changes = Names().changes;
             if (Style* removed = m_sheet.AddStyle(block.GetValueName(index), style.release(), m_replace))
             {
-                m_created.erase(removed);
                 m_replaced.Add(removed);
+                m_namesAreNew = false;
             }
-            m_replaced.Forget();
+            else if (Names().changes == changes)
+            {
+                m_created.back() = nullptr; // the name stays with the style that it had
+                m_namesAreNew = false;
+            }
         }
     }
 
-    void ReadStyles(const PropertyKey& category, const Json::Object& block)
+    const Detail::SheetNames& Names() const { return Detail::SheetNames::Of(*m_sheet.m_stylesByName); }
+
+    /// The style that this reading has created and that is listed under the name at a place of a block; else null.
+    Style* FindCreated(const Json::Object& block, std::size_t index)
+    {
+        if (m_namesAreNew && Names().changes == m_changes)
+        {
+            // As a rule each name has got a style, and all are still listed as they were then.
+            if (const auto first = m_firstOfBlock.find(&block); first != m_firstOfBlock.end())
+            {
+                return m_created[first->second + index];
+            }
+        }
+        if (!std::exchange(m_areSorted, true))
+        {
+            std::sort(m_created.begin(), m_created.end(), std::less<>());
+            m_namesAreNew = false;
+        }
+        Style* const style = m_sheet.GetStyle(block.GetValueName(index));
+        return std::binary_search(m_created.begin(), m_created.end(), style, std::less<>()) ? style : nullptr;
+    }
+
+    void ReadStyles(const PropertyKey& category, Json::Object& block)
     {
         for (std::size_t index = 0; index < block.GetSize(); ++index)
         {
             const Json::Object& object = StyleObject(block, index);
-            Style* style = m_sheet.GetStyle(block.GetValueName(index));
-            if (style == nullptr || !m_created.contains(style))
+            Style* style = FindCreated(block, index);
+            if (style == nullptr)
             {
                 continue;
             }
@@ -191,6 +234,10 @@ private:
             if (!m_sheet.m_externalID.empty())
             {
                 style->SetExternalID(m_sheet.m_externalID);
+            }
+            if (m_isUsedUp)
+            {
+                *block.GetValue(index) = Json::Object();
             }
         }
     }
@@ -206,10 +253,15 @@ private:
     }
 
     StyleSheet& m_sheet;
-    const Json::Object& m_root;
+    Json::Object& m_root;
     bool m_replace;
+    bool m_isUsedUp;
     bool m_hasVersion = false;
-    std::unordered_set<const Style*> m_created;
+    std::vector<Style*> m_created; // for each name in the order of the document, until they are sorted
+    bool m_areSorted = false;
+    bool m_namesAreNew = true; // no name of the document was listed before, and none twice
+    std::map<const Json::Object*, std::size_t> m_firstOfBlock;
+    std::size_t m_changes = 0; // of the names, when all styles were there
     Destroy m_destroy;
     Detail::ReplacedStyles m_replaced;
 };
@@ -220,8 +272,39 @@ bool StyleSheet::ImportJson(Json::Object* root, bool replace)
     {
         return false;
     }
-    DocumentReader(*this, *root, replace).Read();
+    DocumentReader(*this, *root, replace, /*isUsedUp*/ false).Read();
     return true;
+}
+
+bool StyleSheet::Import(VelUtils::Stream& stream, bool replace)
+{
+    VelUtils::TextStreamReader reader(stream, Detail::DocumentEncoding);
+    const VelString text = reader.ReadToEnd();
+    return ImportFromString(text, replace);
+}
+
+bool StyleSheet::ImportFromString(const VelString& text, bool replace)
+{
+    try
+    {
+        Json::Variant document;
+        VelString errorText;
+        if (!Json::Parse(text, document, errorText))
+        {
+            return false;
+        }
+        auto* root = document.GetIf<Json::Object>();
+        if (root != nullptr && typeid(*this) == typeid(StyleSheet)) // no class of a host is to see the document
+        {
+            DocumentReader(*this, *root, replace, /*isUsedUp*/ true).Read();
+            return true;
+        }
+        return root != nullptr && ImportJson(root, replace);
+    }
+    catch (...) // whatever a document does to a definition, its reader is told false
+    {
+        return false;
+    }
 }
 
 } // namespace Styles

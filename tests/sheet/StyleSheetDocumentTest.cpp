@@ -347,6 +347,71 @@ TEST_F(StyleSheetDocument, OtherMembersOfTheRootAreIgnored)
     EXPECT_THAT(sheet.GetStyles(), IsEmpty());
 }
 
+// A sheet of the library's own class takes shorter ways, which must lead to the same place as those that a class of a
+// host can step into.
+TEST_F(StyleSheetDocument, ASheetOfAHostsClassReadsAndWritesTheSameAsAPlainOne)
+{
+    Manager().RegisterCategory(Key(L"version"), VelString(L"Version"), false, true);
+    Manager().RegisterCategory(Key(L"id"), VelString(L"Identity"), false, true);
+    const char* const documents[] = {
+        "{}",
+        R"({"version":3.0,"fill":{"a":{"color":"red"},"b":{"inherits":"c"},"c":{"inherits":"a","angle":"1.5"}}})",
+        R"({"version":1.0,"style":{"\u00e4 \ud834\udd1e":{"note":"\"\\\b\f\n\r\t\u0001\u007f\u0080\u20ac\ud83d\ude00"}}})",
+        R"({"version":{"a":{},"b":{}},"id":{"c":{}},"fill":{"d":{}}})",
+        R"({"version":2.0,"id":"x","version":{"a":{}},"fill":{"A":{"color":"1"},"a":{"color":"2"}}})",
+        R"({"style":{"a":{"fill":{"color":"x"},"stops":[{"position":"1"},{}]},"b":{"inherits":"a","id":"1"}}})",
+        R"({"fill":{"a":{"color":"x"}},"outline":{"a":{"width":"2"},"b":{"inherits":"a"}}})",
+        R"({"fill":{"a":{"color":"x"},"b":7,"c":{}}})",
+        R"({"fill":{"a":{"color":"x"},"b":{"angle":"?"},"patternId":{"patternId":"?"},"c":{"color":"y"}}})",
+        "[]",
+        R"({"fill":{"a":{})",
+    };
+    for (const bool replace : {false, true})
+    {
+        StyleSheet plain;
+        TestSheet hosts;
+        hosts.SetExternalID(VelString());
+        for (const char* const document : documents)
+        {
+            VelUtils::MemoryStream first{std::string_view(document)};
+            VelUtils::MemoryStream second{std::string_view(document)};
+            EXPECT_EQ(plain.Import(first, replace), hosts.Import(second, replace)) << document;
+            VelUtils::MemoryStream plainText;
+            VelUtils::MemoryStream hostsText;
+            EXPECT_TRUE(plain.Export(plainText));
+            EXPECT_TRUE(hosts.Export(hostsText));
+            EXPECT_EQ(plainText.GetBytes(), hostsText.GetBytes()) << document;
+            EXPECT_EQ(plain.GetVersion(), hosts.GetVersion()) << document;
+        }
+    }
+}
+
+TEST_F(StyleSheetDocument, AStyleThatADefinitionRemovesWhileTheSheetIsReadIsPassedOver)
+{
+    class Remover : public StyleProperty
+    {
+    public:
+        explicit Remover(StyleSheet& sheet)
+            : StyleProperty(nullptr, VelString(), new TextPolicy<VelString>(), 0), m_sheet(sheet)
+        {}
+        bool Deserialize(const StyleSheet& /*sheet*/, Style* /*style*/, const Json::Variant* json) const override
+        {
+            delete m_sheet.RemoveStyle(json->Get<VelString>());
+            return true;
+        }
+
+    private:
+        StyleSheet& m_sheet;
+    };
+    StyleSheet plain;
+    Manager().RegisterProperty(Fill, Key(L"remove"), new Remover(plain));
+    VelUtils::MemoryStream stream{
+        std::string_view(R"({"fill":{"a":{"color":"1"},"b":{"remove":"c"},"c":{"color":"2"},"d":{"color":"3"}}})")};
+    EXPECT_TRUE(plain.Import(stream, false));
+    EXPECT_EQ(plain.GetStyleNames(), (std::vector<VelString>{L"a", L"b", L"d"}));
+    EXPECT_EQ(OwnText(*plain.GetStyle(VelString(L"d")), Color), L"3");
+}
+
 TEST_F(StyleSheetDocument, AStyleThatIsNoObjectStopsTheImportWhereItStands)
 {
     for (const char* wrong : {"5", "null", "\"x\"", "[]", "true"})

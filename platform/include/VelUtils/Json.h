@@ -233,7 +233,7 @@ static_assert(std::is_nothrow_move_constructible_v<Variant> && std::is_nothrow_m
 ///         through and leaves `value` as it was, too.
 VEL_API bool Parse(const VelString& text, Variant& value, VelString& errorText);
 
-/// The JSON text of a value; Parse reads it back.
+/// The JSON text of a value; Parse reads it back. It is what Writer writes.
 ///
 /// Doubles are written with the fewest digits that read back to the same value, whole ones with ".0" (3.0, 1e+30);
 /// integers without. What JSON cannot express is replaced: NaN and infinities by null, a surrogate without its other
@@ -244,5 +244,45 @@ VEL_API bool Parse(const VelString& text, Variant& value, VelString& errorText);
 ///                 container
 /// @return the text. Throws std::bad_alloc.
 VEL_API VelString ValueToString(const Variant& value, bool compact);
+
+/// Writes a JSON text piece by piece, for documents that are too large to be held as one Variant beside their text: a
+/// wide text, or UTF-8.
+///
+/// One value is written: a Value(), or an object whose members are written between StartObject() and EndObject(), each
+/// a Name() and then a value. It is the caller's duty that no two members of an object have the same name and that
+/// objects are ended. All operations throw std::bad_alloc; then the text is lost.
+template <class CharT>
+class VEL_API BasicWriter
+{
+public:
+    /// @param compact  as of ValueToString
+    explicit BasicWriter(bool compact);
+    BasicWriter(const BasicWriter&) = delete;
+    BasicWriter& operator=(const BasicWriter&) = delete;
+    ~BasicWriter();
+
+    /// Begins an object.
+    void StartObject();
+    /// Ends the object that was begun last.
+    void EndObject();
+    /// The name of the member whose value comes next.
+    void Name(const VelString& name);
+    /// A whole value, which is left as it is.
+    void Value(const Variant& value);
+
+    /// The text, which is whole now; the writer is not to be used any more.
+    VelPlatform::VelStringT<CharT> Finish();
+
+private:
+    class Output;
+
+    std::unique_ptr<Output> m_output;
+};
+
+using Writer = BasicWriter<wchar_t>;  ///< Writes wide text.
+using Utf8Writer = BasicWriter<char>; ///< Writes UTF-8.
+
+extern template class VEL_API BasicWriter<wchar_t>;
+extern template class VEL_API BasicWriter<char>;
 
 } // namespace VelUtils::Json

@@ -14,6 +14,11 @@ namespace
 template <class To, class From>
 bool Convert(VelStringViewT<From> text, VelStringT<To>& result, bool lenient)
 {
+    if (Unicode::IsAscii(text))
+    {
+        result = VelStringT<To>::Make(text.size(), [&](To* out) { Unicode::CopyAscii(text, out); });
+        return true;
+    }
     bool valid = true;
     const std::size_t length = Unicode::TranscodedLength<To>(text, valid);
     if (!valid && !lenient)

@@ -188,6 +188,10 @@ bool Object::AddValue(const VelString& name, Variant value)
     {
         return false;
     }
+    if (m_members.capacity() == 0)
+    {
+        m_members.reserve(8); // few objects have one member only
+    }
     Append(name, std::move(value));
     return true;
 }

@@ -27,7 +27,7 @@ private:
         VelString wide;
     };
 
-    std::vector<Entry> m_entries = std::vector<Entry>(1024);
+    std::vector<Entry> m_entries = std::vector<Entry>(256);
 };
 
 /// Makes a Variant of what it is told. Asks to stop at containers that are too deep in each other.

@@ -16,11 +16,12 @@ namespace
 {
 
 /// A text that grows without ever being copied, but once in the end.
+template <class CharT>
 class GrowingText
 {
 public:
     /// Room for `size` more units, of which Advance() then says how many are filled.
-    wchar_t* MakeRoom(std::size_t size)
+    CharT* MakeRoom(std::size_t size)
     {
         if (size > static_cast<std::size_t>(m_end - m_at))
         {
@@ -28,9 +29,9 @@ public:
         }
         return m_at;
     }
-    void Advance(wchar_t* at) noexcept { m_at = at; }
+    void Advance(CharT* at) noexcept { m_at = at; }
 
-    void Append(wchar_t unit)
+    void Append(CharT unit)
     {
         *MakeRoom(1) = unit;
         ++m_at;
@@ -40,14 +41,14 @@ public:
     {
         Advance(std::copy(text.begin(), text.end(), MakeRoom(text.size())));
     }
-    void AppendBlanks(std::size_t count) { Advance(std::fill_n(MakeRoom(count), count, L' ')); }
+    void AppendBlanks(std::size_t count) { Advance(std::fill_n(MakeRoom(count), count, CharT{' '})); }
 
-    VelString Join();
+    VelPlatform::VelStringT<CharT> Join();
 
 private:
     struct Piece
     {
-        std::unique_ptr<wchar_t[]> units;
+        std::unique_ptr<CharT[]> units;
         std::size_t size = 0;
     };
 
@@ -61,11 +62,12 @@ private:
     }
 
     std::vector<Piece> m_pieces;
-    wchar_t* m_at = nullptr; // in the last piece
-    wchar_t* m_end = nullptr;
+    CharT* m_at = nullptr; // in the last piece
+    CharT* m_end = nullptr;
 };
 
-void GrowingText::AddPiece(std::size_t size)
+template <class CharT>
+void GrowingText<CharT>::AddPiece(std::size_t size)
 {
     constexpr std::size_t kSmallest = 256;
     constexpr std::size_t kLargest = std::size_t{1} << 20;
@@ -73,12 +75,13 @@ void GrowingText::AddPiece(std::size_t size)
     const std::size_t last =
         m_pieces.empty() ? kSmallest / 2 : static_cast<std::size_t>(m_end - m_pieces.back().units.get());
     const std::size_t room = std::max(size, std::min(2 * last, kLargest));
-    m_pieces.push_back({std::unique_ptr<wchar_t[]>(new wchar_t[room]), 0});
+    m_pieces.push_back({std::unique_ptr<CharT[]>(new CharT[room]), 0});
     m_at = m_pieces.back().units.get();
     m_end = m_at + room;
 }
 
-VelString GrowingText::Join()
+template <class CharT>
+VelPlatform::VelStringT<CharT> GrowingText<CharT>::Join()
 {
     ClosePiece();
     std::size_t size = 0;
@@ -86,7 +89,7 @@ VelString GrowingText::Join()
     {
         size += piece.size;
     }
-    return VelString::Make(size, [this](wchar_t* out) {
+    return VelPlatform::VelStringT<CharT>::Make(size, [this](CharT* out) {
         for (const Piece& piece : m_pieces)
         {
             out = std::copy_n(piece.units.get(), piece.size, out);
@@ -94,54 +97,35 @@ VelString GrowingText::Join()
     });
 }
 
-/// Whether the unit stands in a string as it is, whatever is beside it.
+/// Whether the unit stands in a string as one unit of the text, whatever is beside it.
+template <class CharT>
 constexpr bool IsPlain(wchar_t unit) noexcept
 {
+    constexpr char32_t kEnd = sizeof(CharT) == 1 ? 0x80 : 0xD800;
     const char32_t value = VelPlatform::Unicode::ToUnit(unit);
-    return value >= U' ' && value != U'"' && value != U'\\' && value < 0xD800;
+    return value >= U' ' && value != U'"' && value != U'\\' && value < kEnd;
 }
 
-/// Whether all units are plain.
-bool IsPlain(VelStringView text) noexcept
-{
-    // Loops over so many units, a constant, are compiled to vector instructions.
-    constexpr std::size_t kBlock = 8;
-    const auto isPlainBlock = [](const wchar_t* units) {
-        unsigned special = 0;
-        for (std::size_t i = 0; i < kBlock; ++i)
-        {
-            special |= static_cast<unsigned>(!IsPlain(units[i]));
-        }
-        return special == 0;
-    };
-    if (text.size() < kBlock)
-    {
-        return std::all_of(text.begin(), text.end(), [](wchar_t unit) { return IsPlain(unit); });
-    }
-    const wchar_t* const last = text.data() + text.size() - kBlock;
-    for (const wchar_t* at = text.data(); at < last; at += kBlock)
-    {
-        if (!isPlainBlock(at))
-        {
-            return false;
-        }
-    }
-    return isPlainBlock(last);
-}
+} // namespace
 
-/// Writes a value on a stack of its own, so that how deep it is does not matter.
-class Writer
+/// Writes values on a stack of its own, so that how deep they are does not matter.
+template <class CharT>
+class BasicWriter<CharT>::Output
 {
 public:
-    explicit Writer(bool compact) : m_compact(compact) {}
+    explicit Output(bool compact) : m_compact(compact) {}
 
-    VelString Write(const Variant& value);
+    void Start();
+    void End();
+    void WriteName(VelStringView name);
+    void WriteWhole(const Variant& value);
+    VelPlatform::VelStringT<CharT> Finish() { return m_text.Join(); }
 
 private:
     /// A container that is being written.
     struct Level
     {
-        const Object* object; ///< null for an array
+        const Object* object; ///< null for an array, and for an object that is written piece by piece
         const Array* array;
         std::size_t next; ///< place of what comes next
 
@@ -155,53 +139,96 @@ private:
     template <class Integer>
     void WriteInteger(Integer value);
     void WriteString(VelStringView text);
-    void WriteCharacter(VelPlatform::Unicode::Decoded character);
+    void WriteCharacters(VelStringView text);
+    void WriteEscaped(char character);
+    void StartItem();
     void StartLine();
     void Append(std::string_view ascii) { m_text.Append(ascii); }
+    void AppendCharacter(char32_t character)
+    {
+        m_text.Advance(VelPlatform::Unicode::Encode(character, m_text.MakeRoom(4)));
+    }
 
     bool m_compact;
-    GrowingText m_text;
+    GrowingText<CharT> m_text;
     std::vector<Level> m_open;
 };
 
-VelString Writer::Write(const Variant& value)
+template <class CharT>
+void BasicWriter<CharT>::Output::Start()
 {
+    m_text.Append('{');
+    m_open.push_back({nullptr, nullptr, 0});
+}
+
+template <class CharT>
+void BasicWriter<CharT>::Output::End()
+{
+    const bool isEmpty = m_open.back().next == 0;
+    m_open.pop_back();
+    if (!isEmpty)
+    {
+        StartLine();
+    }
+    m_text.Append('}');
+}
+
+template <class CharT>
+void BasicWriter<CharT>::Output::WriteName(VelStringView name)
+{
+    StartItem();
+    WriteString(name);
+    Append(m_compact ? ":" : ": ");
+}
+
+template <class CharT>
+void BasicWriter<CharT>::Output::WriteWhole(const Variant& value)
+{
+    const std::size_t depth = m_open.size();
     WriteValue(value);
-    while (!m_open.empty())
+    while (m_open.size() > depth)
     {
         WriteNext();
     }
-    return m_text.Join();
 }
 
-void Writer::WriteNext()
+template <class CharT>
+void BasicWriter<CharT>::Output::WriteNext()
 {
     Level& level = m_open.back();
-    if (level.next == level.GetSize())
+    const std::size_t place = level.next;
+    if (place == level.GetSize())
     {
-        const wchar_t bracket = level.object ? L'}' : L']';
+        const char bracket = level.object ? '}' : ']';
         m_open.pop_back();
         StartLine();
         m_text.Append(bracket);
-        return;
     }
-    if (level.next > 0)
+    else if (level.object)
     {
-        m_text.Append(L',');
+        const Object& object = *level.object;
+        WriteName(object.GetValueName(place));
+        WriteValue(*object.GetValue(place));
     }
-    StartLine();
-    const std::size_t place = level.next++;
-    if (!level.object)
+    else
     {
+        StartItem();
         WriteValue(*level.array->GetValue(place));
-        return;
     }
-    WriteString(level.object->GetValueName(place));
-    Append(m_compact ? ":" : ": ");
-    WriteValue(*level.object->GetValue(place));
 }
 
-void Writer::WriteValue(const Variant& value)
+template <class CharT>
+void BasicWriter<CharT>::Output::StartItem()
+{
+    if (m_open.back().next++ > 0)
+    {
+        m_text.Append(',');
+    }
+    StartLine();
+}
+
+template <class CharT>
+void BasicWriter<CharT>::Output::WriteValue(const Variant& value)
 {
     if (const VelString* text = value.GetIf<VelString>())
     {
@@ -241,7 +268,8 @@ void Writer::WriteValue(const Variant& value)
     }
 }
 
-void Writer::Open(const Object* object, const Array* array)
+template <class CharT>
+void BasicWriter<CharT>::Output::Open(const Object* object, const Array* array)
 {
     const Level level{object, array, 0};
     if (level.GetSize() == 0)
@@ -249,18 +277,20 @@ void Writer::Open(const Object* object, const Array* array)
         Append(object ? "{}" : "[]");
         return;
     }
-    m_text.Append(object ? L'{' : L'[');
+    m_text.Append(object ? '{' : '[');
     m_open.push_back(level);
 }
 
+template <class CharT>
 template <class Integer>
-void Writer::WriteInteger(Integer value)
+void BasicWriter<CharT>::Output::WriteInteger(Integer value)
 {
     char digits[24]; // a sign and 20 digits at most
     Append({digits, static_cast<std::size_t>(std::to_chars(digits, std::end(digits), value).ptr - digits)});
 }
 
-void Writer::WriteDouble(double value)
+template <class CharT>
+void BasicWriter<CharT>::Output::WriteDouble(double value)
 {
     if (!std::isfinite(value))
     {
@@ -283,7 +313,7 @@ void Writer::WriteDouble(double value)
     const auto count = static_cast<int>(digits.size());
     if (std::signbit(value))
     {
-        m_text.Append(L'-');
+        m_text.Append('-');
     }
     if (exponent < -6 || exponent > 20)
     {
@@ -307,70 +337,129 @@ void Writer::WriteDouble(double value)
     }
 }
 
-void Writer::WriteString(VelStringView text)
+template <class CharT>
+void BasicWriter<CharT>::Output::WriteString(VelStringView text)
 {
-    m_text.Append(L'"');
-    if (IsPlain(text))
+    // Most strings need no escapes, and are copied while that is found out: a loop over all units, without a way out,
+    // is what compilers make vector instructions of.
+    CharT* out = m_text.MakeRoom(text.size() + 2);
+    *out++ = '"';
+    unsigned special = 0;
+    for (std::size_t i = 0; i < text.size(); ++i)
     {
-        m_text.Append(text);
-        m_text.Append(L'"');
+        const wchar_t unit = text.data()[i];
+        out[i] = static_cast<CharT>(unit);
+        special |= static_cast<unsigned>(!IsPlain<CharT>(unit));
+    }
+    if (special != 0)
+    {
+        WriteCharacters(text);
         return;
     }
+    out[text.size()] = '"';
+    m_text.Advance(out + text.size() + 1);
+}
+
+template <class CharT>
+void BasicWriter<CharT>::Output::WriteCharacters(VelStringView text)
+{
+    m_text.Append('"');
     const wchar_t* const end = text.data() + text.size();
-    const wchar_t* written = text.data();
-    for (const wchar_t* at = written; at != end;)
+    for (const wchar_t* at = text.data(); at != end;)
     {
         const VelPlatform::Unicode::Decoded character = VelPlatform::Unicode::Decode(at, end);
         at += character.length;
-        if (!character.valid || character.value < ' ' || character.value == '"' || character.value == '\\')
+        if (!character.valid)
         {
-            m_text.Append(VelStringView(written, static_cast<std::size_t>(at - character.length - written)));
-            WriteCharacter(character);
-            written = at;
+            AppendCharacter(VelPlatform::Unicode::kReplacement);
+        }
+        else if (character.value < ' ' || character.value == '"' || character.value == '\\')
+        {
+            WriteEscaped(static_cast<char>(character.value));
+        }
+        else
+        {
+            AppendCharacter(character.value);
         }
     }
-    m_text.Append(VelStringView(written, static_cast<std::size_t>(end - written)));
-    m_text.Append(L'"');
+    m_text.Append('"');
 }
 
 /// Writes a character that cannot stand in a string as it is.
-void Writer::WriteCharacter(VelPlatform::Unicode::Decoded character)
+template <class CharT>
+void BasicWriter<CharT>::Output::WriteEscaped(char character)
 {
     static constexpr std::string_view kNamed = "\"\"\\\\\bb\ff\nn\rr\tt"; // pairs: what is meant, what is written
-    if (!character.valid)
-    {
-        m_text.Append(static_cast<wchar_t>(VelPlatform::Unicode::kReplacement));
-        return;
-    }
-    m_text.Append(L'\\');
+    m_text.Append('\\');
     for (std::size_t i = 0; i < kNamed.size(); i += 2)
     {
-        if (character.value == static_cast<unsigned char>(kNamed[i]))
+        if (character == kNamed[i])
         {
-            m_text.Append(static_cast<wchar_t>(kNamed[i + 1]));
+            m_text.Append(kNamed[i + 1]);
             return;
         }
     }
     static constexpr char kDigits[] = "0123456789ABCDEF";
     Append("u00");
-    m_text.Append(static_cast<wchar_t>(kDigits[character.value >> 4]));
-    m_text.Append(static_cast<wchar_t>(kDigits[character.value & 15]));
+    m_text.Append(kDigits[character >> 4]);
+    m_text.Append(kDigits[character & 15]);
 }
 
-void Writer::StartLine()
+template <class CharT>
+void BasicWriter<CharT>::Output::StartLine()
 {
     if (!m_compact)
     {
-        m_text.Append(L'\n');
+        m_text.Append('\n');
         m_text.AppendBlanks(m_open.size());
     }
 }
 
-} // namespace
+template <class CharT>
+BasicWriter<CharT>::BasicWriter(bool compact) : m_output(std::make_unique<Output>(compact))
+{}
+
+template <class CharT>
+BasicWriter<CharT>::~BasicWriter() = default;
+
+template <class CharT>
+void BasicWriter<CharT>::StartObject()
+{
+    m_output->Start();
+}
+
+template <class CharT>
+void BasicWriter<CharT>::EndObject()
+{
+    m_output->End();
+}
+
+template <class CharT>
+void BasicWriter<CharT>::Name(const VelString& name)
+{
+    m_output->WriteName(name);
+}
+
+template <class CharT>
+void BasicWriter<CharT>::Value(const Variant& value)
+{
+    m_output->WriteWhole(value);
+}
+
+template <class CharT>
+VelPlatform::VelStringT<CharT> BasicWriter<CharT>::Finish()
+{
+    return m_output->Finish();
+}
+
+template class BasicWriter<wchar_t>;
+template class BasicWriter<char>;
 
 VelString ValueToString(const Variant& value, bool compact)
 {
-    return Writer(compact).Write(value);
+    Writer writer(compact);
+    writer.Value(value);
+    return writer.Finish();
 }
 
 } // namespace VelUtils::Json

@@ -14,7 +14,7 @@ using Encoding = TextStream::Encoding;
 using VelPlatform::VelStringView;
 namespace Unicode = VelPlatform::Unicode;
 
-constexpr std::size_t kChunkSize = 64 * 1024;
+constexpr std::size_t kChunkSize = 16 * 1024;
 
 std::string_view ByteOrderMark(Encoding encoding)
 {

@@ -262,3 +262,52 @@ TEST(JsonWriter, WritingADeepValueNeedsNoDeepStack)
     const VelString text = Compact(value);
     EXPECT_EQ(text.size(), 2 * kDepth + 4);
 }
+
+TEST(JsonWriter, WritesPieceByPieceWhatItWritesOfTheWhole)
+{
+    RandomValues values(20240604);
+    for (int i = 0; i < 100; ++i)
+    {
+        Json::Object inner;
+        Json::Object whole;
+        for (std::size_t member = 0; member < static_cast<std::size_t>(i % 5); ++member)
+        {
+            inner.AddValue(VelString::Format(L"\"{}\" \u00E4\U0001D11E", member), values.Value(3));
+        }
+        whole.AddValue(L"before", values.Value(2));
+        whole.AddValue(L"inner", inner);
+        whole.AddValue(L"behind", values.Value(2));
+        for (const bool compact : {true, false})
+        {
+            const auto write = [&](auto&& writer) {
+                writer.StartObject();
+                writer.Name(L"before");
+                writer.Value(*whole.GetValue(L"before"));
+                writer.Name(L"inner");
+                writer.StartObject();
+                for (std::size_t member = 0; member < inner.GetSize(); ++member)
+                {
+                    writer.Name(inner.GetValueName(member));
+                    writer.Value(*inner.GetValue(member));
+                }
+                writer.EndObject();
+                writer.Name(L"behind");
+                writer.Value(*whole.GetValue(L"behind"));
+                writer.EndObject();
+                return writer.Finish();
+            };
+            const VelString text = Json::ValueToString(whole, compact);
+            ASSERT_EQ(write(Json::Writer(compact)), text);
+            ASSERT_EQ(write(Json::Utf8Writer(compact)), VelPlatform::ToNarrow(text));
+        }
+    }
+}
+
+TEST(JsonWriter, ReplacesWhatUtf8CannotExpress)
+{
+    const wchar_t lone[] = {L'a', static_cast<wchar_t>(0xD800), L'b', 0};
+    Json::Utf8Writer writer(true);
+    writer.Value(VelString(lone));
+    EXPECT_EQ(writer.Finish(), "\"a\xEF\xBF\xBD"
+                               "b\"");
+}
