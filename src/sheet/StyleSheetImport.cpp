@@ -14,6 +14,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <string>
 #include <typeinfo>
 #include <utility>
 #include <vector>
@@ -82,6 +83,32 @@ const Json::Object& StyleObject(const Json::Object& block, std::size_t index)
 class StyleSheet::DocumentReader
 {
 public:
+    /// Whether the text and the document go through functions that a class of a host may have made its own. Where they
+    /// do not, nobody can tell which way was taken.
+    static bool IsForHostsToSee(const StyleSheet& sheet) { return typeid(sheet) != typeid(StyleSheet); }
+
+    /// Reads the document that `parse` makes of a text. Whatever it does to a definition, the answer is false then.
+    template <class Parse>
+    static bool ReadText(StyleSheet& sheet, bool replace, const Parse& parse)
+    {
+        try
+        {
+            Json::Variant document;
+            VelString errorText;
+            auto* root = parse(document, errorText) ? document.template GetIf<Json::Object>() : nullptr;
+            if (root == nullptr || IsForHostsToSee(sheet))
+            {
+                return root != nullptr && sheet.ImportJson(root, replace);
+            }
+            DocumentReader(sheet, *root, replace, /*isUsedUp*/ true).Read();
+            return true;
+        }
+        catch (...)
+        {
+            return false;
+        }
+    }
+
     /// `isUsedUp`: whether nobody will look at the document afterwards. Then what has been read is freed at once, while
     /// it is at hand.
     DocumentReader(StyleSheet& sheet, Json::Object& root, bool replace, bool isUsedUp)
@@ -279,32 +306,21 @@ bool StyleSheet::ImportJson(Json::Object* root, bool replace)
 bool StyleSheet::Import(VelUtils::Stream& stream, bool replace)
 {
     VelUtils::TextStreamReader reader(stream, Detail::DocumentEncoding);
+    if (!DocumentReader::IsForHostsToSee(*this))
+    {
+        const std::string bytes = reader.ReadBytes();
+        return !reader.Failed() && DocumentReader::ReadText(*this, replace, [&bytes](auto& document, auto& errorText) {
+            return Json::ParseUtf8(bytes, document, errorText);
+        });
+    }
     const VelString text = reader.ReadToEnd();
     return ImportFromString(text, replace);
 }
 
 bool StyleSheet::ImportFromString(const VelString& text, bool replace)
 {
-    try
-    {
-        Json::Variant document;
-        VelString errorText;
-        if (!Json::Parse(text, document, errorText))
-        {
-            return false;
-        }
-        auto* root = document.GetIf<Json::Object>();
-        if (root != nullptr && typeid(*this) == typeid(StyleSheet)) // no class of a host is to see the document
-        {
-            DocumentReader(*this, *root, replace, /*isUsedUp*/ true).Read();
-            return true;
-        }
-        return root != nullptr && ImportJson(root, replace);
-    }
-    catch (...) // whatever a document does to a definition, its reader is told false
-    {
-        return false;
-    }
+    return DocumentReader::ReadText(
+        *this, replace, [&text](auto& document, auto& errorText) { return Json::Parse(text, document, errorText); });
 }
 
 } // namespace Styles

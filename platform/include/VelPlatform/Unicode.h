@@ -106,12 +106,21 @@ constexpr Decoded DecodeUtf16(const Unit* text, const Unit* end) noexcept
 template <class Unit>
 constexpr bool IsAscii(std::basic_string_view<Unit> text) noexcept
 {
-    char32_t bits = 0; // all of them, without a way out: that is what compilers make vector instructions of
-    for (const Unit unit : text)
+    // Pieces are gone through without a way out: that is what compilers make vector instructions of.
+    constexpr std::size_t kPiece = 1024;
+    for (; !text.empty(); text.remove_prefix(text.size() < kPiece ? text.size() : kPiece))
     {
-        bits |= ToUnit(unit);
+        char32_t bits = 0;
+        for (const Unit unit : text.substr(0, kPiece))
+        {
+            bits |= ToUnit(unit);
+        }
+        if (bits >= 0x80)
+        {
+            return false;
+        }
     }
-    return bits < 0x80;
+    return true;
 }
 
 /// Writes the text, which is ASCII, to `out` and returns the place behind it.
@@ -237,6 +246,15 @@ constexpr std::size_t TranscodedLength(std::basic_string_view<From> text, bool& 
         length += EncodedLength<To>(found.valid ? found.value : kReplacement);
     }
     return length;
+}
+
+/// Whether nothing in the text is malformed.
+template <class Unit>
+constexpr bool IsWellFormed(std::basic_string_view<Unit> text) noexcept
+{
+    bool valid = true;
+    static_cast<void>(TranscodedLength<char32_t>(text, valid));
+    return valid;
 }
 
 /// Writes the text to `out` in the encoding of `To` and returns the place behind it; every malformed sequence

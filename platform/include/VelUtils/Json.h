@@ -233,6 +233,9 @@ static_assert(std::is_nothrow_move_constructible_v<Variant> && std::is_nothrow_m
 ///         through and leaves `value` as it was, too.
 VEL_API bool Parse(const VelString& text, Variant& value, VelString& errorText);
 
+/// Reads a JSON text in UTF-8: the same, without a wide text. Malformed UTF-8 is an error.
+VEL_API bool ParseUtf8(std::string_view utf8, Variant& value, VelString& errorText);
+
 /// The JSON text of a value; Parse reads it back. It is what Writer writes.
 ///
 /// Doubles are written with the fewest digits that read back to the same value, whole ones with ".0" (3.0, 1e+30);

@@ -6,6 +6,8 @@
 #include "VelPlatform/VelApi.h"
 #include "VelUtils/Stream.h"
 
+#include <string>
+
 namespace VelUtils
 {
 
@@ -36,7 +38,11 @@ public:
     /// when the bytes are not text in this encoding or the stream cannot be read; std::bad_alloc passes through.
     VelString ReadToEnd();
 
-    /// Whether a ReadToEnd failed.
+    /// The bytes up to the end of the stream as they are, without a byte-order mark before them. A stream that fails
+    /// gives what was read before, and Failed().
+    std::string ReadBytes();
+
+    /// Whether the last reading failed.
     bool Failed() const noexcept;
 
 private:

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace VelUtils::Json
 {
@@ -34,13 +35,19 @@ VelString RecentTexts::Get(std::string_view utf8)
     {
         return VelPlatform::ToWide(utf8);
     }
-    Entry& entry = m_entries[HashShort(utf8) % m_entries.size()];
-    if (entry.size != utf8.size() || std::memcmp(entry.utf8.data(), utf8.data(), utf8.size()) != 0)
+    const std::size_t hash = HashShort(utf8);
+    Entry& entry = m_entries[hash % m_entries.size()];
+    if (entry.size == utf8.size() && std::memcmp(entry.utf8.data(), utf8.data(), utf8.size()) == 0)
     {
-        entry.wide = VelPlatform::ToWide(utf8);
-        entry.size = static_cast<unsigned char>(utf8.size());
-        std::memcpy(entry.utf8.data(), utf8.data(), utf8.size());
+        return entry.wide;
     }
+    if (std::exchange(entry.challenger, hash) != hash)
+    {
+        return VelPlatform::ToWide(utf8);
+    }
+    entry.wide = VelPlatform::ToWide(utf8);
+    entry.size = static_cast<unsigned char>(utf8.size());
+    std::memcpy(entry.utf8.data(), utf8.data(), utf8.size());
     return entry.wide;
 }
 
@@ -106,7 +113,7 @@ bool JsonBuilder::Open(Variant container)
     {
         m_lastSizes.push_back(0);
     }
-    m_open.push_back({std::move(container), VelString()});
+    m_open.push_back({std::move(container), VelString(), 0});
     return true;
 }
 
@@ -133,19 +140,27 @@ bool JsonBuilder::Add(Variant value)
     }
     else
     {
-        AddMember(m_open.back().container.Get<Object>(), m_open.back().name, std::move(value));
+        AddMember(m_open.back(), m_open.back().container.Get<Object>(), std::move(value));
     }
     return true;
 }
 
-void JsonBuilder::AddMember(Object& object, const VelString& name, Variant&& value)
+void JsonBuilder::AddMember(Level& level, Object& object, Variant&& value)
 {
-    const std::size_t place = object.Find(name);
+    const VelString& name = level.name;
+    // Most names are new, which the bit tells more cheaply than a search among the others.
+    const std::size_t size = name.size();
+    const std::size_t hash =
+        size == 0 ? 0
+                  : size + 7 * static_cast<std::size_t>(name[size - 1]) + 31 * static_cast<std::size_t>(name[size / 2]);
+    const std::uint64_t bit = std::uint64_t{1} << (hash % 64);
+    const std::size_t place = (level.names & bit) != 0 ? object.Find(name) : object.GetSize();
     if (place != object.GetSize())
     {
         *object.GetValue(place) = std::move(value);
         return;
     }
+    level.names |= bit;
     if (object.GetSize() == 0)
     {
         // Objects of one kind have about the same number of members.

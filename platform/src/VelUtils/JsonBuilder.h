@@ -9,8 +9,8 @@
 namespace VelUtils::Json
 {
 
-/// Wide strings of UTF-8 texts. Documents say the same names and values again and again; a text that was asked for not
-/// long ago is shared instead of made anew.
+/// Wide strings of UTF-8 texts. Documents say the same names and values again and again; a text that is asked for
+/// repeatedly is shared instead of made anew.
 class RecentTexts
 {
 public:
@@ -25,6 +25,7 @@ private:
         unsigned char size = 0;
         std::array<char, kLongest> utf8;
         VelString wide;
+        std::size_t challenger = 0; ///< hash of the text that was asked for last in vain: once more, and it is kept
     };
 
     std::vector<Entry> m_entries = std::vector<Entry>(256);
@@ -56,13 +57,14 @@ private:
     struct Level
     {
         Variant container;
-        VelString name; ///< of the member whose value comes next
+        VelString name;          ///< of the member whose value comes next
+        std::uint64_t names = 0; ///< a bit for each hash that names of this object have
     };
 
     bool Open(Variant container);
     bool Close();
     bool Add(Variant value);
-    void AddMember(Object& object, const VelString& name, Variant&& value);
+    void AddMember(Level& level, Object& object, Variant&& value);
 
     RecentTexts m_texts;
     std::vector<Level> m_open;

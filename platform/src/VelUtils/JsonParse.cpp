@@ -43,10 +43,11 @@ VelString Describe(Place place, std::string_view reason)
     return VelString::Format(L"Line {}, column {}: {}", place.line, place.column, VelPlatform::ToWide(reason));
 }
 
-std::size_t OffsetOfMalformed(VelStringView text)
+template <class Unit>
+std::size_t OffsetOfMalformed(std::basic_string_view<Unit> text)
 {
-    const wchar_t* at = text.data();
-    const wchar_t* const end = at + text.size();
+    const Unit* at = text.data();
+    const Unit* const end = at + text.size();
     while (at != end)
     {
         const VelPlatform::Unicode::Decoded found = VelPlatform::Unicode::Decode(at, end);
@@ -57,6 +58,24 @@ std::size_t OffsetOfMalformed(VelStringView text)
         at += found.length;
     }
     return static_cast<std::size_t>(at - text.data());
+}
+
+/// As ParseUtf8, of well-formed UTF-8.
+bool ParseWellFormed(std::string_view bytes, Variant& value, VelString& errorText)
+{
+    JsonBuilder builder;
+    JsonReadError error;
+    if (!ReadJson(bytes, builder, error))
+    {
+        if (error.reason.empty())
+        {
+            error.reason = "expected at most " + std::to_string(JsonBuilder::kDeepest) + " containers in each other";
+        }
+        errorText = Describe(PlaceBehind(bytes.substr(0, error.offset)), error.reason);
+        return false;
+    }
+    value = std::move(builder.GetDocument());
+    return true;
 }
 
 } // namespace
@@ -71,20 +90,18 @@ bool Parse(const VelString& text, Variant& value, VelString& errorText)
                              "expected a character, found half a surrogate pair or no code point");
         return false;
     }
-    const std::string_view bytes = utf8;
-    JsonBuilder builder;
-    JsonReadError error;
-    if (!ReadJson(bytes, builder, error))
+    return ParseWellFormed(utf8, value, errorText);
+}
+
+bool ParseUtf8(std::string_view utf8, Variant& value, VelString& errorText)
+{
+    if (!VelPlatform::Unicode::IsWellFormed(utf8))
     {
-        if (error.reason.empty())
-        {
-            error.reason = "expected at most " + std::to_string(JsonBuilder::kDeepest) + " containers in each other";
-        }
-        errorText = Describe(PlaceBehind(bytes.substr(0, error.offset)), error.reason);
+        errorText =
+            Describe(PlaceBehind(utf8.substr(0, OffsetOfMalformed(utf8))), "expected a character, found no UTF-8");
         return false;
     }
-    value = std::move(builder.GetDocument());
-    return true;
+    return ParseWellFormed(utf8, value, errorText);
 }
 
 } // namespace VelUtils::Json

@@ -340,24 +340,27 @@ void BasicWriter<CharT>::Output::WriteDouble(double value)
 template <class CharT>
 void BasicWriter<CharT>::Output::WriteString(VelStringView text)
 {
-    // Most strings need no escapes, and are copied while that is found out: a loop over all units, without a way out,
-    // is what compilers make vector instructions of.
-    CharT* out = m_text.MakeRoom(text.size() + 2);
-    *out++ = '"';
+    // Loops over all units, without a way out, are what compilers make vector instructions of.
+    const wchar_t* const units = text.data();
+    const std::size_t size = text.size();
     unsigned special = 0;
-    for (std::size_t i = 0; i < text.size(); ++i)
+    for (std::size_t i = 0; i < size; ++i)
     {
-        const wchar_t unit = text.data()[i];
-        out[i] = static_cast<CharT>(unit);
-        special |= static_cast<unsigned>(!IsPlain<CharT>(unit));
+        special |= static_cast<unsigned>(!IsPlain<CharT>(units[i]));
     }
     if (special != 0)
     {
         WriteCharacters(text);
         return;
     }
-    out[text.size()] = '"';
-    m_text.Advance(out + text.size() + 1);
+    CharT* const out = m_text.MakeRoom(size + 2);
+    out[0] = '"';
+    for (std::size_t i = 0; i < size; ++i)
+    {
+        out[i + 1] = static_cast<CharT>(units[i]);
+    }
+    out[size + 1] = '"';
+    m_text.Advance(out + size + 2);
 }
 
 template <class CharT>

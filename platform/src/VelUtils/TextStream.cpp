@@ -139,14 +139,14 @@ bool IsKnown(Encoding encoding)
 TextStreamReader::TextStreamReader(Stream stream, Encoding encoding) : m_stream(std::move(stream)), m_encoding(encoding)
 {}
 
-VelString TextStreamReader::ReadToEnd()
+std::string TextStreamReader::ReadBytes()
 {
     m_failed = true;
+    std::string bytes;
     if (!m_stream)
     {
-        return VelString();
+        return bytes;
     }
-    std::string bytes;
     for (std::size_t read = kChunkSize; read == kChunkSize;)
     {
         const std::size_t before = bytes.size();
@@ -154,17 +154,19 @@ VelString TextStreamReader::ReadToEnd()
         read = m_stream.Read(bytes.data() + before, kChunkSize);
         bytes.resize(before + read);
     }
-    if (m_stream.Failed())
+    m_failed = m_stream.Failed();
+    if (const std::string_view mark = ByteOrderMark(m_encoding); bytes.starts_with(mark))
     {
-        return VelString();
+        bytes.erase(0, mark.size());
     }
-    std::string_view text = bytes;
-    if (const std::string_view mark = ByteOrderMark(m_encoding); text.starts_with(mark))
-    {
-        text.remove_prefix(mark.size());
-    }
+    return bytes;
+}
+
+VelString TextStreamReader::ReadToEnd()
+{
+    const std::string bytes = ReadBytes();
     VelString wide;
-    m_failed = !DecodeText(text, m_encoding, wide);
+    m_failed = m_failed || !DecodeText(bytes, m_encoding, wide);
     return wide;
 }
 

@@ -348,6 +348,55 @@ TEST(JsonParse, ErrorsNameLineColumnAndWhatWasExpected)
     }
 }
 
+TEST(JsonParse, Utf8IsReadLikeWideText)
+{
+    for (const std::string_view text :
+         {"{\"a\":[1,\"\xC3\xA4 \xF0\x9D\x84\x9E\",null],\"\xE2\x82\xAC\":{}}"sv, "[1,"sv, "[\"\xC3\xA9\", x]"sv, ""sv})
+    {
+        Json::Variant value = VelString(L"untouched");
+        VelString error;
+        Json::Variant wideValue = VelString(L"untouched");
+        VelString wideError;
+        EXPECT_EQ(Json::ParseUtf8(text, value, error), Json::Parse(ToWide(text), wideValue, wideError)) << text;
+        EXPECT_EQ(value, wideValue) << text;
+        EXPECT_EQ(error, wideError) << text;
+    }
+}
+
+TEST(JsonParse, MalformedUtf8IsAnError)
+{
+    for (const std::string_view text : {"\"\xC3\xA9\xFF\""sv, "\"\xC3\xA9\xED\xA0\x80\""sv, "\"\xC3\xA9\xC3"sv})
+    {
+        Json::Variant value = VelString(L"untouched");
+        VelString error;
+        EXPECT_FALSE(Json::ParseUtf8(text, value, error));
+        EXPECT_EQ(value, Json::Variant(VelString(L"untouched")));
+        EXPECT_EQ(error, L"Line 1, column 3: expected a character, found no UTF-8");
+    }
+}
+
+TEST(JsonParse, OfRepeatedNamesAndTextsEachIsReadAsItStands)
+{
+    // Many short texts, some of them again and again, more than any store of recent texts holds.
+    VelString text(L"{");
+    for (int i = 0; i < 3000; ++i)
+    {
+        text += VelString::Format(L"{}\"{}\":{{\"name{}\":\"value{}\",\"name\":\"value\",\"name{}\":\"last\"}}",
+                                  i == 0 ? L"" : L",", i, i % 7, i % 700, i % 7);
+    }
+    const Json::Variant value = Parsed(text + L"}");
+    const Json::Object& object = value.Get<Json::Object>();
+    ASSERT_EQ(object.GetSize(), 3000u);
+    for (int i = 0; i < 3000; ++i)
+    {
+        const auto& inner = object.GetValue(VelString::Format(L"{}", i))->Get<Json::Object>();
+        ASSERT_EQ(inner.GetSize(), 2u);
+        ASSERT_EQ(inner.GetValueName(0), VelString::Format(L"name{}", i % 7));
+        ASSERT_EQ(inner.GetValue(std::size_t{0})->Get<VelString>(), L"last");
+        ASSERT_EQ(inner.GetValue(L"name")->Get<VelString>(), L"value");
+    }
+}
+
 TEST(JsonParse, AMessageFromTheTextIsNotTakenForAnError)
 {
     EXPECT_EQ(ErrorOf("[\"; last read: ' - closing quote\" x"sv), "Line 1, column 35: expected ',' or ']', found 'x'");

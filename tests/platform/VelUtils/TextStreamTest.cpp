@@ -151,6 +151,23 @@ TEST(TextStream, OneLeadingMarkIsDropped)
     EXPECT_EQ(ReadText("\xFE\xFF\0a"sv, Encoding::Utf16BigEndian), L"a");
 }
 
+TEST(TextStream, BytesAreReadAsTheyAreBehindALeadingMark)
+{
+    TextStreamReader reader{MemoryStream("\xEF\xBB\xBF\xEF\xBB\xBF"
+                                         "a\xFF\0b"sv),
+                            Encoding::Utf8};
+    EXPECT_EQ(reader.ReadBytes(), "\xEF\xBB\xBF"
+                                  "a\xFF\0b"sv);
+    EXPECT_FALSE(reader.Failed());
+    EXPECT_EQ(reader.ReadBytes(), "");
+    TextStreamReader none{Stream(), Encoding::Utf8};
+    EXPECT_EQ(none.ReadBytes(), "");
+    EXPECT_TRUE(none.Failed());
+    TextStreamReader failing{Stream(std::make_unique<FailingDevice>(5)), Encoding::Utf8};
+    static_cast<void>(failing.ReadBytes());
+    EXPECT_TRUE(failing.Failed());
+}
+
 TEST(TextStream, MalformedInputGivesAnEmptyTextAndAFailure)
 {
     for (const std::string_view bytes :
