@@ -124,7 +124,7 @@ public:
     class Holder;
 
     /// Empty.
-    Any() noexcept : m_heap(nullptr), m_onHeap(true), m_kind(Kind::Other) {}
+    Any() noexcept { MakeEmpty(); }
 
     /// Holds a copy of `value` (or takes it over, from an rvalue). A text literal becomes a string.
     /// \throws whatever making the value or its holder throws.

@@ -17,7 +17,7 @@ class SmallStack
     static_assert(std::is_trivial_v<T>);
 
 public:
-    SmallStack() noexcept {}
+    SmallStack() noexcept = default;
 
     [[nodiscard]] bool IsEmpty() const noexcept { return m_size == 0; }
     [[nodiscard]] std::size_t GetSize() const noexcept { return m_size; }

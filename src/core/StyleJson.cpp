@@ -2,9 +2,12 @@
 
 #include "core/StyleJson.h"
 
+#include "core/StyleAccess.h"
+
 #include <styles/StyleSheet.h>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -81,33 +84,32 @@ bool Detail::IsOlderThan(const StyleSheet& sheet, int newSinceVersion) noexcept
     return sheet.GetVersion() < newSinceVersion;
 }
 
-void Style::Serialize(const StyleSheet& sheet, Json::Variant& output, bool includeTemporaries) const
+void Detail::WriteMembers(const Style& style, const StyleSheet& sheet, bool includeTemporaries,
+                          Delegate<void(const VelString&, Json::Variant&&)> add)
 {
-    output = Json::Object();
-    auto& members = output.Get<Json::Object>();
-    if (m_parent != nullptr)
-    {
-        if (const VelString name = sheet.GetStyleName(m_parent); !name.empty())
+    std::array<const VelString*, 3> fixed{}; // names that no property can have any more
+    auto addFixed = [&, next = fixed.begin()](const VelString& name, const VelString& text) mutable {
+        if (!text.empty())
         {
-            members.AddValue(InheritsMember, name);
+            add(name, text);
+            *next++ = &name;
         }
-    }
-    if (!m_externalID.empty())
-    {
-        members.AddValue(IdMember, m_externalID);
-    }
-    if (!m_externalName.empty())
-    {
-        members.AddValue(OriginalMember, m_externalName);
-    }
-    const std::shared_ptr<const StyleCategory> category = FindCategory(GetCategoryName());
+    };
+    const auto isFixed = [&fixed](const VelString& name) {
+        return std::any_of(fixed.begin(), fixed.end(),
+                           [&name](const VelString* taken) { return taken != nullptr && *taken == name; });
+    };
+    addFixed(InheritsMember, sheet.GetStyleName(style.GetParent()));
+    addFixed(IdMember, style.GetExternalID());
+    addFixed(OriginalMember, style.GetExternalName());
+    const std::shared_ptr<const StyleCategory> category = FindCategory(style.GetCategoryName());
     if (!category)
     {
         return;
     }
     std::vector<std::pair<PropertyKey, const Any*>> values;
-    values.reserve(m_properties.size());
-    for (const auto& [key, value] : m_properties)
+    values.reserve(StyleAccess::Properties(style).size());
+    for (const auto& [key, value] : StyleAccess::Properties(style))
     {
         values.emplace_back(key, &value);
     }
@@ -121,11 +123,20 @@ void Style::Serialize(const StyleSheet& sheet, Json::Variant& output, bool inclu
             continue;
         }
         Json::Variant written;
-        if (definition->Serialize(sheet, this, *value, written))
+        if (definition->Serialize(sheet, &style, *value, written) && !isFixed(key.GetText()))
         {
-            members.AddValue(key.GetText(), std::move(written));
+            add(key.GetText(), std::move(written));
         }
     }
+}
+
+void Style::Serialize(const StyleSheet& sheet, Json::Variant& output, bool includeTemporaries) const
+{
+    output = Json::Object();
+    auto& members = output.Get<Json::Object>();
+    Detail::WriteMembers(*this, sheet, includeTemporaries, [&members](const VelString& name, Json::Variant&& value) {
+        members.AddValue(name, std::move(value));
+    });
 }
 
 VelString Style::Serialize(const StyleSheet& sheet, bool compact, bool includeTemporaries) const

@@ -47,7 +47,7 @@ void IndexedCategory::Add(const PropertyKey& key, const BaseStyleProperty* prope
     static_assert(alignof(BaseStyleProperty) > 1);
     const std::type_info& type = typeid(*property);
     const bool isPlain = type == typeid(StyleProperty) || type == typeid(TemporaryStyleProperty);
-    Insert({key.GetPooled(), reinterpret_cast<std::uintptr_t>(property) + (isPlain ? 1 : 0)});
+    Insert({key.GetPooled(), reinterpret_cast<const char*>(property) + (isPlain ? 1 : 0)});
     m_plainCount += isPlain ? 1 : 0;
 }
 

@@ -71,12 +71,13 @@ private:
 
     struct Slot
     {
-        const VelString* name = nullptr; // pooled; null for a free slot
-        std::uintptr_t definition = 0;   // its address, and in the lowest bit whether it is plain
+        const VelString* name = nullptr;  // pooled; null for a free slot
+        const char* definition = nullptr; // its first byte, or where it is plain its second one
 
         [[nodiscard]] Definition GetDefinition() const noexcept
         {
-            return {reinterpret_cast<const BaseStyleProperty*>(definition & ~std::uintptr_t{1}), (definition & 1) != 0};
+            const bool isPlain = (reinterpret_cast<std::uintptr_t>(definition) & 1) != 0;
+            return {reinterpret_cast<const BaseStyleProperty*>(definition - (isPlain ? 1 : 0)), isPlain};
         }
     };
 

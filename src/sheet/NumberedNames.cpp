@@ -71,7 +71,7 @@ VelString NumberedNames::FindUnused(const VelString& candidate, const std::funct
         std::optional<std::uint64_t> firstTaken;
         std::uint64_t lastTaken = 0;
         std::optional<std::uint64_t> endOfRun;
-        const VelString name = VelUtils::String::FindUnusedName(start, [&](const VelString& asked) {
+        VelString name = VelUtils::String::FindUnusedName(start, [&](const VelString& asked) {
             if (std::exchange(isStart, false))
             {
                 return true;

@@ -73,14 +73,14 @@ Style* StyleSheet::AddStyle(const VelString& name, Style* style, bool replace)
         place = m_stylesByName->erase(place);
         m_namesByStyle->erase(removed);
     }
-    m_stylesByName->insert(place, newName.extract(newName.begin()));
+    const auto added = m_stylesByName->insert(place, newName.extract(newName.begin()));
     ++SheetNames::Of(*m_stylesByName).changes;
     // The allocator often places one style behind the other: then the end is where the new one belongs.
-    auto node = newStyle.extract(newStyle.begin());
-    const auto listed = m_namesByStyle->insert(m_namesByStyle->end(), std::move(node));
-    if (!node.empty())
+    const std::size_t before = m_namesByStyle->size();
+    const auto listed = m_namesByStyle->insert(m_namesByStyle->end(), newStyle.extract(newStyle.begin()));
+    if (m_namesByStyle->size() == before)
     {
-        listed->second = node.mapped();
+        listed->second = added->first;
         SheetNames::Of(*m_stylesByName).mayRepeatStyles = true;
     }
     return removed;

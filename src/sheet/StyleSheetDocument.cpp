@@ -2,6 +2,7 @@
 
 #include <styles/StyleSheet.h>
 
+#include "core/StyleJson.h"
 #include "sheet/DocumentMembers.h"
 
 #include <VelUtils/TextStream.h>
@@ -55,14 +56,16 @@ public:
             Json::Object block;
             for (const auto& [name, style] : styles)
             {
-                block.AddValue(name, Written(*style));
+                Json::Variant written;
+                style->Serialize(m_sheet, written, m_includeTemporaries);
+                block.AddValue(name, std::move(written));
             }
             document.AddValue(category.GetText(), std::move(block));
         }
     }
 
-    /// The text of the document that the other function makes, written style by style: in half the time, because no
-    /// document is made.
+    /// The text of the document that the other function makes, written member by member: in a third of the time,
+    /// because no document is made.
     template <class CharT>
     VelStringT<CharT> WriteText() const
     {
@@ -86,7 +89,13 @@ public:
             for (const auto& [name, style] : styles)
             {
                 writer.Name(name);
-                writer.Value(Written(*style));
+                writer.StartObject();
+                Detail::WriteMembers(*style, m_sheet, m_includeTemporaries,
+                                     [&writer](const VelString& member, const Json::Variant& value) {
+                                         writer.Name(member);
+                                         writer.Value(value);
+                                     });
+                writer.EndObject();
             }
             writer.EndObject();
         }
@@ -106,13 +115,6 @@ private:
         {
             document.AddValue(Detail::IdMember, m_sheet.m_externalID);
         }
-    }
-
-    Json::Variant Written(const Style& style) const
-    {
-        Json::Variant written;
-        style.Serialize(m_sheet, written, m_includeTemporaries);
-        return written;
     }
 
     const StyleSheet& m_sheet;
