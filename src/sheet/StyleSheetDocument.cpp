@@ -64,8 +64,8 @@ public:
         }
     }
 
-    /// The text of the document that the other function makes, written member by member: in a third of the time,
-    /// because no document is made.
+    /// The text of the document that the other function makes, written member by member: in less than half the
+    /// time, because no document is made.
     template <class CharT>
     VelStringT<CharT> WriteText() const
     {
