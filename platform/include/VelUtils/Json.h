@@ -129,7 +129,7 @@ private:
     friend class JsonBuilder;
 
     struct Member;
-    class Index;
+    class VEL_HIDDEN Index;
 
     std::size_t Find(const VelString& name) const noexcept;
     void Append(const VelString& name, Variant&& value);
