@@ -161,6 +161,10 @@ public:
     /// @}
 
 protected:
+    /// \name The stages of a document, for classes derived from this one
+    /// A sheet of this very class is written and read without them, to the same outcome: nobody could tell.
+    /// @{
+
     /// The text of the document.
     virtual void ExportToString(VelString& out, bool includeTemporaries) const;
     /// Reads a text; any exception on the way is the answer false.
@@ -170,6 +174,8 @@ protected:
     /// Reads a document. \throws std::bad_cast for a style that is no object, and what definitions throw; then the
     /// sheet is as `Import` leaves it.
     virtual bool ImportJson(Json::Object* root, bool replace);
+    /// @}
+
     /// Sets the identity of the sheet; those of its styles stay.
     virtual void SetExternalID(const VelString& id);
 

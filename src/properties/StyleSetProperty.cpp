@@ -89,9 +89,9 @@ bool StyleSetProperty::Deserialize(const StyleSheet& sheet, Style* style, const 
     std::unique_ptr<Style> substyle(Style::Deserialize(sheet, *object, m_elementCategoryName));
     substyle->SetOwner(style, GetPropertyName());
     // A value that is there already wins, and the one that was read goes.
-    if (Detail::StyleAccess::Properties(*style).try_emplace(GetPropertyName(), substyle.get()).second)
+    if (!style->DoesOverrideProperty(GetPropertyName()))
     {
-        substyle.release();
+        Detail::StyleAccess::Adopt(*style, *this, GetPropertyName(), Any(substyle.release()));
     }
     return true;
 }

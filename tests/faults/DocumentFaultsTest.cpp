@@ -184,6 +184,19 @@ void ImportNothing(W& w)
     EXPECT_FALSE(w.sheet.Import(stream, true));
 }
 
+/// The sheet of the world is of a derived class; one of the library's own class is read and written in other ways.
+void ReadAndWriteAPlainSheet(W& /*w*/)
+{
+    StyleSheet plain;
+    for (int time = 0; time < 2; ++time)
+    {
+        VelUtils::MemoryStream document(Narrow(OtherDocument()));
+        plain.Import(document, /*replace*/ true);
+        VelUtils::MemoryStream written;
+        plain.Export(written);
+    }
+}
+
 class Duplicates : public IStyleSheetDuplicationContext
 {
 public:
@@ -281,7 +294,8 @@ INSTANTIATE_TEST_SUITE_P(Reading, DocumentFaults,
                                          Reading("ImportJsonInPlaceOfAll", ReplaceAllFromJson, Promise::AsChecked,
                                                  OldOrReadInPart),
                                          Reading("ImportBesideAll", KeepAll, Promise::AsChecked, OldOrReadInPart),
-                                         Reading("ImportNothing", ImportNothing, Promise::Unchanged), Copying()),
+                                         Reading("ImportNothing", ImportNothing, Promise::Unchanged),
+                                         Reading("PlainSheet", ReadAndWriteAPlainSheet, Promise::Unchanged), Copying()),
                          OperationName());
 
 TEST(CopiedContents, AreAllThereWhateverTheContextThrows)

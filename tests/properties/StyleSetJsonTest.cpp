@@ -61,6 +61,20 @@ TEST_F(StyleSetJson, WhatIsThereAlreadyWinsWhenItIsRead)
     EXPECT_TRUE(before.IsEmpty());
 }
 
+TEST_F(StyleSetJson, ACopyOfAStyleThatDoesNotKnowTheSubstyleReadIntoItIsWithoutIt)
+{
+    Json::Object object;
+    object.AddValue(VelString(L"color"), VelString(L"red"));
+    const Json::Variant json(object);
+    Style stranger(nullptr, Fill);
+    EXPECT_TRUE(shade->Deserialize(sheet, &stranger, &json));
+    const std::unique_ptr<Style> read(stranger.GetSubstyle(Shade, false)); // the category does not destroy it either
+    ASSERT_NE(read, nullptr);
+    const Style copy(stranger);
+    EXPECT_TRUE(copy.IsEmpty());
+    EXPECT_NE(copy, stranger);
+}
+
 TEST_F(StyleSetJson, OnlyAnObjectIsRead)
 {
     for (const Json::Variant& json : {Json::Variant(), Json::Variant(VelString(L"red")), Json::Variant(1.0),

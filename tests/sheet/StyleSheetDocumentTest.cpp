@@ -158,6 +158,40 @@ TEST_F(StyleSheetDocument, AStreamThatRefusesIsAnsweredFalse)
     Style* old = sheet.Add(L"old", Fill);
     EXPECT_FALSE(sheet.Import(nothing, true));
     EXPECT_THAT(sheet.GetStyles(), ElementsAre(old));
+
+    StyleSheet plain;
+    EXPECT_FALSE(plain.Export(nothing));
+    EXPECT_FALSE(plain.Export(closed));
+    EXPECT_FALSE(plain.Import(nothing, true));
+    VelUtils::MemoryStream malformed{std::string_view("{\"fill\":{\"a\xFF\":{}}}")};
+    EXPECT_FALSE(plain.Import(malformed, true));
+    EXPECT_THAT(plain.GetStyles(), IsEmpty());
+}
+
+TEST_F(StyleSheetDocument, APropertyGivesWayToTheFixedMemberOfItsName)
+{
+    for (const wchar_t* const name : {L"inherits", L"id", L"original"})
+    {
+        Manager().RegisterProperty(Fill, Key(name), MakeTextProperty());
+    }
+    TestSheet hosts;
+    StyleSheet plain;
+    for (StyleSheet* const each : {static_cast<StyleSheet*>(&hosts), &plain})
+    {
+        auto base = std::make_unique<Style>(nullptr, Fill);
+        auto heir = std::make_unique<Style>(base.get(), Fill);
+        heir->SetExternalID(VelString(L"x"));
+        for (const wchar_t* const name : {L"inherits", L"id", L"original"})
+        {
+            heir->SetProperty(Key(name), Any(VelString(L"own")));
+        }
+        each->AddStyle(VelString(L"base"), base.release(), false);
+        each->AddStyle(VelString(L"heir"), heir.release(), false);
+        VelUtils::MemoryStream text;
+        EXPECT_TRUE(each->Export(text));
+        EXPECT_THAT(text.GetBytes(), testing::HasSubstr("{\n   \"inherits\": \"base\",\n   \"id\": \"x\",\n"
+                                                        "   \"original\": \"own\"\n  }"));
+    }
 }
 
 TEST_F(StyleSheetDocument, WhatIsExportedIsImported)

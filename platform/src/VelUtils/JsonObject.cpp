@@ -1,5 +1,6 @@
 #include "JsonObject.h"
 
+#include <chrono>
 #include <cstring>
 #include <random>
 
@@ -9,13 +10,23 @@ namespace VelUtils::Json
 namespace
 {
 
-std::uint64_t Seed()
+/// Another number in each process.
+std::uint64_t Seed() noexcept
 {
-    std::random_device device;
-    return std::uint64_t{device()} << 32 | device();
+    try
+    {
+        std::random_device device;
+        return std::uint64_t{device()} << 32 | device();
+    }
+    catch (...) // a system without a source of chance: where things lie is some
+    {
+        static const char place = 0;
+        const auto now = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+        return now * 0x9E3779B97F4A7C15u ^ reinterpret_cast<std::uintptr_t>(&place);
+    }
 }
 
-/// Every bit of the factors reaches every bit of the result.
+/// The product with its upper half folded in, by which also the upper bits of `a` reach the lower ones of the result.
 std::uint64_t Mix(std::uint64_t a, std::uint64_t b) noexcept
 {
     const std::uint64_t low = (a & 0xFFFFFFFF) * b;
@@ -26,7 +37,7 @@ std::uint64_t Mix(std::uint64_t a, std::uint64_t b) noexcept
 std::uint64_t Hash(const VelString& name) noexcept
 {
     static const std::uint64_t seed = Seed();
-    constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15u;
+    const std::uint64_t factor = (seed ^ 0x9E3779B97F4A7C15u) | 1;
     constexpr std::size_t kPerWord = sizeof(std::uint64_t) / sizeof(wchar_t);
     const wchar_t* const units = name.c_str();
     const std::size_t size = name.size();
@@ -36,11 +47,11 @@ std::uint64_t Hash(const VelString& name) noexcept
     {
         std::uint64_t word = 0;
         std::memcpy(&word, units + at, sizeof word);
-        hash = Mix(hash ^ word, kOdd ^ seed);
+        hash = Mix(hash ^ word, factor);
     }
     for (; at < size; ++at)
     {
-        hash = Mix(hash ^ static_cast<std::uint64_t>(units[at]), kOdd ^ seed);
+        hash = Mix(hash ^ static_cast<std::uint64_t>(units[at]), factor);
     }
     return hash ^ (hash >> 32);
 }

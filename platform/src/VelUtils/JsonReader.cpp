@@ -171,8 +171,14 @@ bool ReadJson(std::string_view utf8, JsonEvents& events, JsonReadError& error)
     error.offset = parser.write_some(false, utf8.data(), utf8.size(), problem);
     if (problem == Library::error::exponent_overflow)
     {
+        const std::string limited = LimitExponents(std::string(utf8));
+        if (limited == utf8) // a number of a thousand million digits
+        {
+            error.reason = "expected a number in the range of a double";
+            return false;
+        }
         events.Restart();
-        return ReadJson(LimitExponents(std::string(utf8)), events, error);
+        return ReadJson(limited, events, error);
     }
     if (!problem)
     {
