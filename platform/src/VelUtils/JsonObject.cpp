@@ -1,68 +1,15 @@
 #include "JsonObject.h"
 
-#include <chrono>
-#include <cstring>
-#include <random>
+#include "TextHash.h"
 
 namespace VelUtils::Json
 {
-
-namespace
-{
-
-/// Another number in each process.
-std::uint64_t Seed() noexcept
-{
-    try
-    {
-        std::random_device device;
-        return std::uint64_t{device()} << 32 | device();
-    }
-    catch (...) // a system without a source of chance: where things lie is some
-    {
-        static const char place = 0;
-        const auto now = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
-        return now * 0x9E3779B97F4A7C15u ^ reinterpret_cast<std::uintptr_t>(&place);
-    }
-}
-
-/// The product with its upper half folded in, by which also the upper bits of `a` reach the lower ones of the result.
-std::uint64_t Mix(std::uint64_t a, std::uint64_t b) noexcept
-{
-    const std::uint64_t low = (a & 0xFFFFFFFF) * b;
-    const std::uint64_t high = (a >> 32) * b + (low >> 32);
-    return low ^ (high >> 32) ^ (high << 32);
-}
-
-std::uint64_t Hash(const VelString& name) noexcept
-{
-    static const std::uint64_t seed = Seed();
-    const std::uint64_t factor = (seed ^ 0x9E3779B97F4A7C15u) | 1;
-    constexpr std::size_t kPerWord = sizeof(std::uint64_t) / sizeof(wchar_t);
-    const wchar_t* const units = name.c_str();
-    const std::size_t size = name.size();
-    std::uint64_t hash = seed ^ size;
-    std::size_t at = 0;
-    for (; size - at >= kPerWord; at += kPerWord)
-    {
-        std::uint64_t word = 0;
-        std::memcpy(&word, units + at, sizeof word);
-        hash = Mix(hash ^ word, factor);
-    }
-    for (; at < size; ++at)
-    {
-        hash = Mix(hash ^ static_cast<std::uint64_t>(units[at]), factor);
-    }
-    return hash ^ (hash >> 32);
-}
-
-} // namespace
 
 Object::Index::Index(const std::vector<Member>& members) : m_slots(MakeSlots(members, 4 * kMembersWithoutIndex)) {}
 
 std::size_t Object::Index::Find(const std::vector<Member>& members, const VelString& name) const noexcept
 {
-    const std::uint64_t hash = Hash(name);
+    const std::uint64_t hash = HashText(name);
     for (std::size_t i = hash & (m_slots.size() - 1);; i = (i + 1) & (m_slots.size() - 1))
     {
         const Slot& slot = m_slots[i];
@@ -84,7 +31,7 @@ void Object::Index::AddLast(const std::vector<Member>& members)
         m_slots = MakeSlots(members, 2 * m_slots.size());
         return;
     }
-    Insert(m_slots, Hash(members.back().name), members.size());
+    Insert(m_slots, HashText(members.back().name), members.size());
 }
 
 std::vector<Object::Index::Slot> Object::Index::MakeSlots(const std::vector<Member>& members, std::size_t size)
@@ -96,7 +43,7 @@ std::vector<Object::Index::Slot> Object::Index::MakeSlots(const std::vector<Memb
     std::vector<Slot> slots(size);
     for (std::size_t i = 0; i < members.size(); ++i)
     {
-        Insert(slots, Hash(members[i].name), i + 1);
+        Insert(slots, HashText(members[i].name), i + 1);
     }
     return slots;
 }

@@ -1,6 +1,6 @@
 #include "VelUtils/StringPool.h"
 
-#include <cstring>
+#include "TextHash.h"
 
 using VelPlatform::VelString;
 
@@ -15,45 +15,6 @@ struct Slot
     std::atomic<const VelString*> text{nullptr};
     std::uint64_t hash = 0; // written before the text is published, never again
 };
-
-constexpr std::uint64_t Mix(std::uint64_t a, std::uint64_t b) noexcept
-{
-    const std::uint64_t product = (a ^ b) * 0x9E3779B97F4A7C15u;
-    return product ^ (product >> 29);
-}
-
-/// Two lanes, eight bytes each at a time: names are short, and a chain of multiplications is what costs.
-std::uint64_t Hash(const VelString& text) noexcept
-{
-    const wchar_t* const units = text.c_str();
-    constexpr std::size_t kPerWord = sizeof(std::uint64_t) / sizeof(wchar_t);
-    const std::size_t size = text.size();
-    const auto word = [&](std::size_t at) {
-        std::uint64_t value = 0;
-        std::memcpy(&value, units + at, sizeof value);
-        return value;
-    };
-    std::uint64_t first = size;
-    std::uint64_t second = 0xD6E8FEB86659FD93u;
-    std::size_t at = 0;
-    for (; size - at >= 2 * kPerWord; at += 2 * kPerWord)
-    {
-        first = Mix(first, word(at));
-        second = Mix(second, word(at + kPerWord));
-    }
-    if (size - at >= kPerWord)
-    {
-        first = Mix(first, word(at));
-        at += kPerWord;
-    }
-    for (; at < size; ++at)
-    {
-        second = Mix(second, static_cast<std::uint64_t>(units[at]));
-    }
-    // Names that differ in one digit must not end side by side: every bit has to reach the lowest ones.
-    const std::uint64_t hash = Mix(first, (second << 31) | (second >> 33));
-    return Mix(hash, hash >> 32);
-}
 
 } // namespace
 
@@ -99,7 +60,7 @@ StringPool::~StringPool() = default;
 
 const VelPlatform::VelStringT<wchar_t>* StringPool::AddString(const VelPlatform::VelStringT<wchar_t>& text)
 {
-    const std::uint64_t hash = Hash(text);
+    const std::uint64_t hash = HashText(text);
     if (const VelString* const found = m_table.load(std::memory_order_acquire)->Find(hash, text))
     {
         return found;
